@@ -1,0 +1,22 @@
+#pragma once
+
+/// \file
+/// Forward declarations of the library's classes, for headers that only name them.
+
+namespace KelvoBase
+{
+
+class Any;
+class Application;
+class CLOption;
+class ExceptionBase;
+class ResourceLocation;
+class System;
+class Time;
+class TraceArea;
+class TraceAreaMgr;
+class TraceStream;
+class WrongTypeException;
+struct TraceAreaEntry;
+
+} // namespace KelvoBase

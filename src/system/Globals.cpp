@@ -1,0 +1,8 @@
+#include <kelvobase/Globals.h>
+
+namespace KelvoBase
+{
+
+constinit bool haveCerr = true;
+
+} // namespace KelvoBase

@@ -1,0 +1,11 @@
+#pragma once
+
+/// \file
+/// What stands between the elements of a list on the command line.
+
+namespace KelvoBase
+{
+
+inline constexpr char listSeparator[] = ",";
+
+} // namespace KelvoBase

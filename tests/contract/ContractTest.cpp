@@ -1,0 +1,335 @@
+/// \file
+/// The public surface, signature by signature. A tool that was written against it must go on compiling: whoever
+/// changes a line here breaks tools.
+
+#include <kelvobase/KelvoBase.h>
+
+#include <gtest/gtest.h>
+
+#include <type_traits>
+
+namespace KelvoBase
+{
+
+namespace
+{
+
+using std::bitset;
+using std::string;
+using std::vector;
+using Strings = vector<string>;
+using Locations = vector<ResourceLocation>;
+
+template <typename Expected, typename Actual>
+constexpr bool same(Actual)
+{
+    return std::is_same_v<Expected, Actual>;
+}
+
+// Free functions
+
+static_assert(same<string (*)(const string&)>(&toUpper));
+static_assert(same<string (*)(const string&)>(&toLower));
+static_assert(same<bool (*)(const string&)>(&isUpper));
+static_assert(same<int (*)(string&, char)>(&lTrim));
+static_assert(same<int (*)(string&, char, char)>(&strip));
+static_assert(same<string (*)(const string&, const string&)>(&escape));
+static_assert(same<string (*)(const string&, const string&)>(&unescape));
+static_assert(same<string (*)(const string&, const string&)>(&unescapeAll));
+static_assert(same<unsigned int (*)(const string&, Strings&, const string&, const string&, const string&)>(&split));
+static_assert(same<Strings (*)(const string&, const string&)>(&splitBySeparator));
+static_assert(same<int (*)(const string&, Strings&, unsigned int)>(&splitByLength));
+static_assert(same<string (*)(const Strings&, const string&)>(&join));
+static_assert(same<Strings (*)(const string&, unsigned int)>(&wordwrap));
+static_assert(same<bool (*)(const string&, const string&)>(&match));
+static_assert(same<unsigned int (*)(const string&, const string&, unsigned int)>(&findsep));
+static_assert(same<string (*)(string&, const string&, const string&)>(&betweenStr));
+static_assert(same<unsigned int (*)(const string&)>(&stringhash));
+static_assert(same<string (*)(unsigned int)>(&toOrdinalNumberString));
+static_assert(same<string (*)(const string&, unsigned int)>(&trimLength));
+static_assert(same<void (*)(std::istream&, string&)>(&getshortline));
+static_assert(same<double (*)(double, unsigned int)>(&KelvoBase::round));
+static_assert(same<Locations (*)(const ResourceLocation&)>(&getFilesRecursively));
+static_assert(same<void (*)(int)>(&handleSignal));
+[[maybe_unused]] constexpr int (*trimWhite)(string&) = &trim;
+[[maybe_unused]] constexpr int (*trimOne)(string&, char) = &trim;
+[[maybe_unused]] constexpr string (*quoteWhole)(const string&) = &quote;
+[[maybe_unused]] constexpr int (*quoteEach)(string&, char, char) = &quote;
+static_assert(std::is_same_v<decltype(haveCerr), bool>);
+
+// Exceptions
+
+static_assert(std::is_base_of_v<std::exception, ExceptionBase>);
+static_assert(std::is_constructible_v<ExceptionBase, string>);
+static_assert(std::is_constructible_v<FileNotFoundException, string, string>);
+static_assert(std::is_constructible_v<InvalidFileNameException, string, string>);
+static_assert(std::is_constructible_v<WrongNumberException, long, long, string>);
+static_assert(std::is_constructible_v<OutOfBoundException, long, long, string>);
+static_assert(std::is_constructible_v<OutOfBoundException, long, long, long, string>);
+static_assert(std::is_constructible_v<WrongTypeException, string, const std::type_info&, string>);
+static_assert(std::is_constructible_v<WrongTypeException, const std::type_info&, string>);
+static_assert(std::is_constructible_v<FileNotReadableException, const ResourceLocation&, string>);
+static_assert(std::is_constructible_v<IOFailedException, string, string, const ResourceLocation&>);
+static_assert(
+    std::is_constructible_v<IOFailedException, string, string, const ResourceLocation&, const ResourceLocation&>);
+static_assert(std::is_constructible_v<NotAFileException, const ResourceLocation&>);
+static_assert(same<string (*)(const std::type_info&)>(&WrongTypeException::demangle));
+static_assert(same<const string& (FileNotReadableException::*)() const>(&FileNotReadableException::getFileName));
+static_assert(same<const string& (FileNotReadableException::*)() const>(&FileNotReadableException::getSystemError));
+static_assert(same<const string& (IOFailedException::*)() const>(&IOFailedException::getFileName1));
+static_assert(same<const string& (IOFailedException::*)() const>(&IOFailedException::getFileName2));
+static_assert(same<const string& (IOFailedException::*)() const>(&IOFailedException::getSystemError));
+
+// Values
+
+static_assert(std::is_same_v<Bit64, unsigned long long>);
+static_assert(std::is_abstract_v<Any>);
+static_assert(std::has_virtual_destructor_v<Any>);
+static_assert(same<void (Any::*)(const Any&)>(&Any::copyFrom));
+static_assert(same<bool (Any::*)(const Any&) const>(&Any::isCopyable));
+static_assert(same<bool (Any::*)(const Any&) const>(&Any::isSameType));
+static_assert(same<Any* (Any::*)() const>(&Any::create));
+static_assert(same<Any* (Any::*)() const>(&Any::clone));
+static_assert(same<string (Any::*)() const>(&Any::getTypeString));
+static_assert(same<void (Any::*)()>(&Any::noOperation));
+static_assert(same<string (Any::*)(const string&) const>(&Any::toString));
+static_assert(same<void (Any::*)(const string&, const string&)>(&Any::fromString));
+static_assert(same<unsigned int (Any::*)() const>(&Any::size));
+static_assert(same<bool (Any::*)(const Any&) const>(&Any::equals));
+static_assert(same<void (Any::*)(int)>(&Any::setInt));
+static_assert(same<void (Any::*)(float)>(&Any::setFloat));
+static_assert(same<bool (Any::*)() const>(&Any::toBool));
+static_assert(same<int (Any::*)() const>(&Any::toInt));
+static_assert(same<long (Any::*)() const>(&Any::toLong));
+static_assert(same<unsigned int (Any::*)() const>(&Any::toUInt));
+static_assert(same<unsigned long (Any::*)() const>(&Any::toULong));
+static_assert(same<double (Any::*)() const>(&Any::toDouble));
+static_assert(same<Bit64 (Any::*)() const>(&Any::toBit64));
+[[maybe_unused]] constexpr Any& (Any::*elementToChange)(unsigned int) = &Any::operator[];
+[[maybe_unused]] constexpr const Any& (Any::*elementToRead)(unsigned int) const = &Any::operator[];
+static_assert(std::is_base_of_v<Any, AnyDataHolder<int>>);
+static_assert(std::is_base_of_v<AnyDataHolder<int>, ScalarAny<int>>);
+static_assert(std::is_base_of_v<AnyDataHolder<vector<ScalarAny<long>>>, VectorAny<ScalarAny<long>>>);
+static_assert(std::is_convertible_v<double, ScalarAny<double>>);
+static_assert(std::is_copy_constructible_v<VectorAny<ScalarAny<bool>>>);
+
+// Locations
+
+static_assert(std::is_convertible_v<const char*, ResourceLocation>);
+static_assert(std::is_convertible_v<string, ResourceLocation>);
+static_assert(!std::is_polymorphic_v<ResourceLocation>);
+static_assert(same<ResourceLocation& (ResourceLocation::*)(const string&)>(&ResourceLocation::append));
+static_assert(same<ResourceLocation& (ResourceLocation::*)(const ResourceLocation&)>(&ResourceLocation::operator<<));
+static_assert(same<string (ResourceLocation::*)() const>(&ResourceLocation::getProtocol));
+static_assert(same<string (ResourceLocation::*)() const>(&ResourceLocation::getHostName));
+static_assert(same<string (ResourceLocation::*)() const>(&ResourceLocation::getPort));
+static_assert(same<string (ResourceLocation::*)() const>(&ResourceLocation::getUserName));
+static_assert(same<string (ResourceLocation::*)() const>(&ResourceLocation::getPassword));
+static_assert(same<bool (ResourceLocation::*)() const>(&ResourceLocation::isAbsolute));
+static_assert(same<bool (ResourceLocation::*)() const>(&ResourceLocation::isLocalFile));
+static_assert(same<bool (ResourceLocation::*)() const>(&ResourceLocation::empty));
+static_assert(same<void (ResourceLocation::*)()>(&ResourceLocation::clear));
+static_assert(same<const string& (ResourceLocation::*)(char, bool) const>(&ResourceLocation::getPath));
+static_assert(same<const string& (ResourceLocation::*)(char) const>(&ResourceLocation::getFilePath));
+static_assert(same<const char* (ResourceLocation::*)() const>(&ResourceLocation::c_str));
+static_assert(same<string (ResourceLocation::*)() const>(&ResourceLocation::str));
+static_assert(same<string (ResourceLocation::*)() const>(&ResourceLocation::print));
+static_assert(same<string (ResourceLocation::*)() const>(&ResourceLocation::lastComponent));
+static_assert(same<string (ResourceLocation::*)() const>(&ResourceLocation::basenameWithSuffix));
+static_assert(same<string (ResourceLocation::*)() const>(&ResourceLocation::basename));
+static_assert(same<string (ResourceLocation::*)() const>(&ResourceLocation::suffix));
+static_assert(same<string (ResourceLocation::*)() const>(&ResourceLocation::getPathSuffix));
+static_assert(same<ResourceLocation& (ResourceLocation::*)()>(&ResourceLocation::removeSuffix));
+static_assert(same<ResourceLocation& (ResourceLocation::*)()>(&ResourceLocation::removeFileName));
+static_assert(same<ResourceLocation& (ResourceLocation::*)()>(&ResourceLocation::toAbsolute));
+static_assert(same<char (*)()>(&ResourceLocation::getFSSeparator));
+static_assert(same<string (*)(const string&)>(&ResourceLocation::toCanonizedForm));
+static_assert(same<string (*)(const string&)>(&ResourceLocation::fromCanonizedForm));
+static_assert(same<string (*)()>(&ResourceLocation::getRootDir));
+static_assert(same<bool (ResourceLocation::*)(const ResourceLocation&) const>(&ResourceLocation::operator==));
+static_assert(same<bool (ResourceLocation::*)(const ResourceLocation&) const>(&ResourceLocation::operator<));
+static_assert(same<bool (ResourceLocation::*)() const>(&ResourceLocation::isFile));
+static_assert(same<bool (ResourceLocation::*)() const>(&ResourceLocation::isDir));
+static_assert(same<bool (ResourceLocation::*)() const>(&ResourceLocation::isExistent));
+static_assert(same<bool (ResourceLocation::*)(bool) const>(&ResourceLocation::isWritable));
+static_assert(same<void (ResourceLocation::*)() const>(&ResourceLocation::remove));
+static_assert(same<void (ResourceLocation::*)() const>(&ResourceLocation::createDir));
+static_assert(same<void (ResourceLocation::*)(const ResourceLocation&) const>(&ResourceLocation::copy));
+static_assert(same<void (ResourceLocation::*)(ResourceLocation) const>(&ResourceLocation::move));
+static_assert(same<unsigned long long (ResourceLocation::*)() const>(&ResourceLocation::size));
+static_assert(same<Locations (ResourceLocation::*)(bool) const>(&ResourceLocation::getDirList));
+static_assert(same<const string& (ResourceLocation::*)(char) const>(&ResourceLocation::getPathWithoutFilename));
+
+// Time
+
+static_assert(std::is_aggregate_v<Time::Mtime_t>);
+static_assert(std::is_same_v<decltype(Time::Mtime_t::seconds), std::time_t>);
+static_assert(std::is_same_v<decltype(Time::Mtime_t::milliseconds), short>);
+static_assert(std::is_default_constructible_v<Time>);
+static_assert(std::is_constructible_v<Time, const Time::Mtime_t&>);
+static_assert(std::is_constructible_v<Time, std::time_t>);
+static_assert(!std::is_convertible_v<std::time_t, Time>);
+static_assert(std::is_same_v<decltype((Time::oneDay)), const Time::Mtime_t&>);
+static_assert(same<const Time::Mtime_t& (Time::*)() const>(&Time::getMtime));
+static_assert(same<int (Time::*)() const>(&Time::getYear));
+static_assert(same<int (Time::*)() const>(&Time::getMonth));
+static_assert(same<int (Time::*)() const>(&Time::getDay));
+static_assert(same<int (Time::*)() const>(&Time::getHour));
+static_assert(same<int (Time::*)() const>(&Time::getMinute));
+static_assert(same<int (Time::*)() const>(&Time::getSecond));
+static_assert(same<void (Time::*)(const string&)>(&Time::setByDateString));
+static_assert(same<string (Time::*)(const string&) const>(&Time::strf));
+static_assert(same<string (Time::*)() const>(&Time::getWeekDayString));
+static_assert(same<string (Time::*)() const>(&Time::getMonthString));
+static_assert(same<string (Time::*)() const>(&Time::getDate));
+static_assert(same<string (Time::*)() const>(&Time::getTime));
+static_assert(same<string (Time::*)() const>(&Time::toTimeString));
+
+// Trace
+
+static_assert(std::is_same_v<decltype(Trace::undef), const unsigned int>);
+static_assert(same<unsigned int (*)(const string&)>(&Trace::interpret));
+static_assert(same<const bitset<64>& (*)()>(&TraceArea::App));
+static_assert(same<const bitset<64>& (*)()>(&TraceArea::Undef));
+static_assert(same<TraceAreaMgr* (*)()>(&TraceAreaMgr::instance));
+static_assert(same<void (*)()>(&TraceAreaMgr::startup));
+static_assert(same<void (*)()>(&TraceAreaMgr::teardown));
+static_assert(same<const TraceAreaEntry* (TraceAreaMgr::*)(const string&) const>(&TraceAreaMgr::searchId));
+static_assert(same<const bitset<64>& (TraceAreaMgr::*)(const string&) const>(&TraceAreaMgr::getTraceAreaMask));
+static_assert(same<const bitset<64>& (TraceAreaMgr::*)(const string&) const>(&TraceAreaMgr::getTraceAreaId));
+static_assert(same<void (TraceAreaMgr::*)(const string&, const bitset<64>&)>(&TraceAreaMgr::registerArea));
+static_assert(same<void (TraceAreaMgr::*)()>(&TraceAreaMgr::initInternally));
+static_assert(same<string (TraceAreaMgr::*)() const>(&TraceAreaMgr::print));
+static_assert(std::is_base_of_v<std::ostream, TraceStream>);
+static_assert(std::is_default_constructible_v<TraceStream>);
+static_assert(same<TraceStream& (*)()>(&TraceStream::instance));
+static_assert(same<const bitset<64>& (TraceStream::*)() const>(&TraceStream::getMask));
+static_assert(same<void (TraceStream::*)(unsigned int, const string&, const bitset<64>&)>(&TraceStream::traceto));
+
+// System
+
+static_assert(std::is_same_v<decltype(System::sigterm), const int>);
+static_assert(same<System& (*)()>(&System::instance));
+static_assert(same<unsigned int (*)()>(&System::linelength));
+static_assert(same<char (*)()>(&System::pathSeparator));
+static_assert(same<Time::Mtime_t (System::*)() const>(&System::now));
+static_assert(same<unsigned long (*)()>(&System::lastError));
+static_assert(same<string (*)(unsigned long)>(&System::errorMsg));
+static_assert(same<string (*)()>(&System::lastErrorMessage));
+static_assert(same<string (*)(const std::type_info&)>(&System::demangle));
+static_assert(same<string (*)(const string&, const string&)>(&System::getEnv));
+static_assert(same<void (*)(const string&, const string&)>(&System::setEnv));
+static_assert(same<string (System::*)() const>(&System::getCurrentWorkingDir));
+static_assert(same<ResourceLocation (System::*)() const>(&System::getExeImagePath));
+static_assert(same<const string& (System::*)() const>(&System::getUserName));
+static_assert(same<const string& (System::*)() const>(&System::getHostName));
+static_assert(same<void (System::*)()>(&System::fetchIP));
+static_assert(same<unsigned long (System::*)() const>(&System::getIP));
+static_assert(same<string (System::*)() const>(&System::getIPString));
+static_assert(same<const string& (System::*)() const>(&System::getOS));
+static_assert(same<void (System::*)(bool, int)>(&System::enableSignalHandling));
+static_assert(same<void (System::*)()>(&System::signalReset));
+static_assert(same<int (System::*)() const>(&System::signalReceived));
+
+// Application
+
+static_assert(std::is_abstract_v<Application>);
+static_assert(!std::is_copy_constructible_v<Application>);
+static_assert(!std::is_copy_constructible_v<CLOption>);
+static_assert(same<void (Application::*)(const string&) const>(&Application::message));
+static_assert(same<void (Application::*)(const string&, const string&) const>(&Application::error));
+static_assert(same<void (Application::*)(int, char**)>(&Application::startup));
+static_assert(same<void (Application::*)(int, char**)>(&Application::preRunInit));
+static_assert(same<void (Application::*)()>(&Application::executeOptions));
+static_assert(same<void (Application::*)(int&, char**)>(&Application::preParse));
+static_assert(same<void (Application::*)()>(&Application::postParseInit));
+static_assert(same<int (Application::*)()>(&Application::runMain));
+static_assert(same<Application* (*)()>(&Application::instance));
+static_assert(same<bool (*)()>(&Application::isNotCreated));
+static_assert(same<int (Application::*)(int, char**)>(&Application::mainImpl));
+static_assert(same<CLOption& (Application::*)(const string&, char, bool)>(&Application::defineOption));
+static_assert(same<void (Application::*)(const string&)>(&Application::definePositional));
+static_assert(same<void (Application::*)(const CLOption&, const CLOption&)>(&Application::defineExclusion));
+static_assert(same<const string& (Application::*)(unsigned int) const>(&Application::getPositional));
+static_assert(same<CLOption* (Application::*)(const string&) const>(&Application::findOption));
+static_assert(same<void (Application::*)(bool, const string&) const>(&Application::check));
+static_assert(same<string (Application::*)() const>(&Application::printCMDline));
+static_assert(same<const ResourceLocation& (Application::*)() const>(&Application::getProgramLocation));
+static_assert(same<void (Application::*)() const>(&Application::usage));
+static_assert(same<void (Application::*)()>(&Application::executeKelvoOptions));
+static_assert(same<const string& (Application::*)() const>(&Application::getAppName));
+static_assert(same<const string& (Application::*)() const>(&Application::getProgramName));
+static_assert(same<const string& (Application::*)() const>(&Application::getRevision));
+static_assert(same<const string& (Application::*)() const>(&Application::getYear));
+static_assert(same<const string& (Application::*)() const>(&Application::getAuthors));
+static_assert(same<double (Application::*)() const>(&Application::getVersion));
+static_assert(same<void (Application::*)(double)>(&Application::setVersion));
+static_assert(same<void (Application::*)(const string&)>(&Application::setRevision));
+static_assert(same<void (Application::*)(const string&)>(&Application::setAdditionalHelpText));
+static_assert(same<void (Application::*)(const string&)>(&Application::setYear));
+static_assert(same<CLOption& (CLOption::*)(const string&)>(&CLOption::setHelp));
+static_assert(same<CLOption& (CLOption::*)(const string&, Any*)>(&CLOption::setArg));
+static_assert(same<void (CLOption::*)(const string&)>(&CLOption::setValue));
+static_assert(same<bool (CLOption::*)() const>(&CLOption::isSet));
+static_assert(same<char (CLOption::*)() const>(&CLOption::getShort));
+static_assert(same<const string& (CLOption::*)() const>(&CLOption::getLong));
+static_assert(same<Any* (CLOption::*)() const>(&CLOption::getValue));
+
+template <typename E>
+concept HasSystemError = requires(const E& e)
+{
+    e.systemError;
+};
+template <typename E>
+concept HasLocation = requires(const E& e)
+{
+    e.location;
+};
+template <typename T>
+concept HasParsePath = requires(T& t)
+{
+    t.parsePath(string());
+};
+static_assert(!HasSystemError<IOFailedException>);
+static_assert(!HasLocation<NotAFileException>);
+static_assert(!HasParsePath<ResourceLocation>);
+
+TEST(Contract, ConnectionAndCursorStatesHaveTheirNumbers)
+{
+    const int connections[] = {CS_CONNECTED,  CS_UNCONNECTED, CS_ERROR, CS_INITIALIZATION_ERROR,
+                               CS_OPEN_ERROR, CS_CLOSE_ERROR};
+    const int expectedConnections[] = {1, -1, -2, -3, -4, -5};
+    for (std::size_t i = 0; i < std::size(connections); ++i) {
+        EXPECT_EQ(connections[i], expectedConnections[i]) << i;
+    }
+    const int cursors[] = {
+        CURS_OPENED, CURS_CLOSED, CURS_UNUSED, CURS_ERROR, CURS_OPEN_ERROR, CURS_CLOSE_ERROR, CURS_INVALID_CONN_HANDLE};
+    const int expectedCursors[] = {1, 0, -1, -2, -3, -4, -5};
+    for (std::size_t i = 0; i < std::size(cursors); ++i) {
+        EXPECT_EQ(cursors[i], expectedCursors[i]) << i;
+    }
+}
+
+TEST(Contract, TraceLevelsHaveTheirNumbers)
+{
+    EXPECT_EQ(Trace::crit, 0u);
+    EXPECT_EQ(Trace::fail, 1u);
+    EXPECT_EQ(Trace::warn, 2u);
+    EXPECT_EQ(Trace::verbose, 3u);
+    EXPECT_EQ(Trace::undef, 99u);
+}
+
+TEST(Contract, StringLiteralsAreNotAmbiguous)
+{
+    const ResourceLocation location("a/b");
+    EXPECT_EQ(location, "a/b");
+    EXPECT_EQ(getFilesRecursively(".").empty(), getFilesRecursively(std::string(".")).empty());
+    ScalarAny<std::string> text("literal");
+    EXPECT_EQ(text.toString(","), "literal");
+    EXPECT_STREQ(UnknownException("text").what(), "text");
+    EXPECT_STREQ(FileNotFoundException("a", "b").what(), "Cannot find file \"a\" in b.");
+}
+
+} // namespace
+
+} // namespace KelvoBase

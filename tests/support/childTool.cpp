@@ -1,0 +1,22 @@
+/// \file
+/// Shows what a child process was given: each argument on a line, a variable, the working directory and all of
+/// standard input; complains on standard error and ends with status 42.
+
+#include <cstdlib>
+#include <filesystem>
+#include <iostream>
+#include <iterator>
+#include <string>
+
+int main(int argc, char* argv[])
+{
+    for (int i = 1; i < argc; ++i) {
+        std::cout << "argument '" << argv[i] << "'\n";
+    }
+    const char* variable = std::getenv("KELVOBASE_CHILD_TEST");
+    std::cout << "variable " << (variable == nullptr ? "(none)" : variable) << '\n';
+    std::cout << "directory " << std::filesystem::current_path().string() << '\n';
+    std::cout << "input '" << std::string(std::istreambuf_iterator<char>(std::cin), {}) << "'\n";
+    std::cerr << "complaint\n";
+    return 42;
+}

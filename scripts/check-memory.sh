@@ -1,8 +1,8 @@
 #!/usr/bin/env bash
 # check-memory.sh FOLDER [NAME...]: runs the test programs of a build folder, or those named, under valgrind.
 #
-# Any invalid access, use of an uninitialised value or lost memory fails. Deliberate leaks stand in valgrind.supp, tests
-# that cannot work there in valgrind.skip, each with its reason.
+# Any invalid access, use of an uninitialised value or lost memory fails; nothing is suppressed. Tests that cannot work
+# there stand in valgrind.skip, each with its reason.
 set -euo pipefail
 # shellcheck source-path=SCRIPTDIR source=lib.sh
 . "$(dirname "${BASH_SOURCE[0]}")/lib.sh"
@@ -20,15 +20,15 @@ for name in "${names[@]}"; do
 done
 [ ${#programs[@]} -gt 0 ] || die "$folder: no test programs"
 
-# run_one PROGRAM SUPPRESSIONS LOGS: prints the program's own and valgrind's texts only if something was found.
+# run_one PROGRAM LOGS: prints the program's own and valgrind's texts only if something was found.
 run_one() {
     local program=$1 log status=0
-    log=$3/$(basename "$program")
+    log=$2/$(basename "$program")
     cd "$(dirname "$program")"
     # Some programs replace operator new; without the synonym valgrind would put its own in their place.
     valgrind --quiet --error-exitcode=99 --soname-synonyms=somalloc=nouserintercepts \
         --leak-check=full --errors-for-leak-kinds=definite,indirect,possible \
-        --suppressions="$2" --num-callers=30 --child-silent-after-fork=yes --log-file="$log.valgrind" \
+        --num-callers=30 --child-silent-after-fork=yes --log-file="$log.valgrind" \
         "$program" >"$log.output" 2>&1 </dev/null || status=$?
     if [ "$status" -ne 0 ] || [ -s "$log.valgrind" ]; then
         printf '%s: status %s\n' "$(basename "$program")" "$status"
@@ -46,5 +46,5 @@ logs=$folder/memory
 rm -rf "$logs"
 mkdir -p "$logs"
 printf '%s\0' "${programs[@]}" |
-    xargs -0 -I '{}' -P "$(jobs)" bash -c 'run_one "$@"' run_one '{}' "$top/scripts/valgrind.supp" "$logs"
+    xargs -0 -I '{}' -P "$(jobs)" bash -c 'run_one "$@"' run_one '{}' "$logs"
 printf '%s test programs\n' "${#programs[@]}"

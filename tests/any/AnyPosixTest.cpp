@@ -1,15 +1,11 @@
-// The binary interface of the values, under the Itanium C++ ABI on x86-64. An object begins with the address of its
-// class's table of virtual operations: two destructors (of the complete object, and the one that also releases the
-// memory), then the other operations in the order of their declaration. An operation is called through its slot as a
-// plain function whose first argument is the object; a string result is built where a hidden argument in front of it
+// The binary interface of the values. A string result of a slot is built where a hidden argument in front of the object
 // says, for members and plain functions alike. A pointer to a virtual member holds the offset of its slot plus 1.
+
+#include "support/posix/VirtualTable.h"
 
 #include <kelvobase/Any.h>
 
 #include <gtest/gtest.h>
-
-#include <dlfcn.h>
-#include <link.h>
 
 #include <array>
 #include <cstddef>
@@ -22,31 +18,13 @@ using namespace KelvoBase;
 namespace
 {
 
-using Slot = void (*)();
-
-const Slot* tableOf(const Any& object)
-{
-    const Slot* table = nullptr;
-    std::memcpy(&table, static_cast<const void*>(&object), sizeof table);
-    return table;
-}
+using test::slotCount;
+using test::tableOf;
 
 template <typename Result, typename... Arguments>
 Result callSlot(Any& object, std::size_t slot, Arguments... arguments)
 {
     return reinterpret_cast<Result (*)(Any*, Arguments...)>(tableOf(object)[slot])(&object, arguments...);
-}
-
-/// Slots in the table of the object's class, as the length of its symbol tells.
-std::size_t slotCount(const Any& object)
-{
-    Dl_info info{};
-    void* extra = nullptr;
-    if (dladdr1(tableOf(object), &info, &extra, RTLD_DL_SYMENT) == 0 || extra == nullptr) {
-        ADD_FAILURE() << "no symbol for the table of " << typeid(object).name();
-        return 0;
-    }
-    return static_cast<const ElfW(Sym)*>(extra)->st_size / sizeof(void*) - 2;
 }
 
 template <typename Member>

@@ -1,6 +1,7 @@
 /// \file
-/// The order of the virtual operations: tools that were compiled against it call through these places. Read here as
-/// the C++ ABI of this platform lays it out: two places for the destructor, then one for each operation.
+/// The order of the virtual operations: tools that were compiled against it call through these places.
+
+#include "support/posix/VirtualTable.h"
 
 #include <kelvobase/Application.h>
 
@@ -44,10 +45,8 @@ private:
 template <typename Function>
 Function at(const Application* object, std::size_t place)
 {
-    void** table = nullptr;
-    std::memcpy(&table, static_cast<const void*>(object), sizeof table);
     Function function = nullptr;
-    std::memcpy(&function, table + place, sizeof function);
+    std::memcpy(&function, test::tableOf(*object) + place, sizeof function);
     return function;
 }
 

@@ -1,15 +1,10 @@
-// The binary interface of the exception tree, under the Itanium C++ ABI on x86-64. An object begins with the address
-// of its class's table of virtual operations: first the destructor of a complete object, then the one that also
-// releases the memory, then the other operations in the order of their declaration. An operation is called through
-// its slot as a plain function with the object's address in front of its arguments. `dladdr1` tells how long a table
-// is: two words in front of the slots, and the slots.
+// The binary interface of the exception tree.
+
+#include "support/posix/VirtualTable.h"
 
 #include <kelvobase/Exceptions.h>
 
 #include <gtest/gtest.h>
-
-#include <dlfcn.h>
-#include <link.h>
 
 #include <cerrno>
 #include <cstddef>
@@ -22,25 +17,8 @@ using namespace KelvoBase;
 namespace
 {
 
-using Slot = void (*)();
-
-const Slot* tableOf(const ExceptionBase& object)
-{
-    const Slot* table = nullptr;
-    std::memcpy(&table, static_cast<const void*>(&object), sizeof table);
-    return table;
-}
-
-std::size_t slotCount(const ExceptionBase& object)
-{
-    Dl_info info{};
-    void* extra = nullptr;
-    if (dladdr1(tableOf(object), &info, &extra, RTLD_DL_SYMENT) == 0 || extra == nullptr) {
-        ADD_FAILURE() << "no symbol for the table of " << typeid(object).name();
-        return 0;
-    }
-    return static_cast<const ElfW(Sym)*>(extra)->st_size / sizeof(void*) - 2;
-}
+using test::slotCount;
+using test::tableOf;
 
 struct Watched : RuntimeException
 {
@@ -73,7 +51,7 @@ TEST(ExceptionsLayout, WhatFollowsTheDestructors)
 TEST(ExceptionsLayout, WhatIsDefinedOnceForTheWholeTree)
 {
     const ResourceLocation file("C:\\a");
-    const Slot what = tableOf(ExceptionBase("x"))[2];
+    const test::Slot what = tableOf(ExceptionBase("x"))[2];
     EXPECT_EQ(what, tableOf(RuntimeException("x"))[2]);
     EXPECT_EQ(what, tableOf(ObjectNotExistentException("x"))[2]);
     EXPECT_EQ(what, tableOf(FileNotFoundException("x"))[2]);

@@ -10,6 +10,7 @@
 #include <cstdint>
 #include <string>
 #include <typeinfo>
+#include <vector>
 
 namespace KelvoBase
 {
@@ -18,7 +19,8 @@ namespace KelvoBase
 /// again; whether it stays in place behind a signal is up to the system (on Linux it does). C linkage.
 extern "C" KELVOBASE_API void handleSignal(int signal);
 
-/// Identity of machine and user, environment, error texts, and a latch for signals.
+/// Identity of machine and user, environment, directories of an installation and of the user, error texts, and a latch
+/// for signals.
 ///
 /// A singleton, made at the first call of `instance()` and destroyed at process exit. References to its strings stay
 /// valid until then. The first call of `instance()` must come from a single thread; nothing here is locked.
@@ -107,6 +109,87 @@ public:
     /// number of Windows Version." in the trace (`Trace::crit`), on every platform.
     const std::string& getOS() const;
 
+    /// \name Directories of the installation
+    /// An installation has its programs in `bin`, its configuration in `etc` and its data in `share`, all below one
+    /// base directory. The list of base directories is found once:
+    ///
+    ///     1. the environment variable DRAVO2_BASEDIR
+    ///     2. the environment variable DRAVO2_INSTDIR
+    ///     3. the parent of the program's directory, if the name of that begins with "bin"
+    ///     4. the working directory
+    ///
+    /// as far as these are directories (when they are added) and differ as locations do: `C:\x\` and `C:\x` are one,
+    /// the relative `x/` and `x`, or `C:\x` and `file:/x`, are two. A program or a working directory that no location
+    /// can hold is left out. The constness hides a cache.
+    /// @{
+    /// Fills the list if it is empty. Required (Q-807): a list that somebody added to before is not filled any more.
+    /// Required (Q-808): in step 3 "binaries" and "bin64" count as well, but `getDllDir` is always "bin". Throws
+    ///   - `OperationFailedException` if none of the four is usable; the text has two lines with a line end each,
+    ///     Required (Q-809) the first one with a blank in front of it:
+    ///
+    ///         System: No valid DRAVO base dir could be found.
+    ///         	Hint: Please set the environment variable "DRAVO2_BASEDIR"
+    ///
+    ///   - what `getCurrentWorkingDir` throws, and any absolute location, while there is no working directory,
+    ///   - what a location throws. Required (Q-814): a variable whose text is none, such as `ftp://host`, is no missing
+    ///     directory but ends the search.
+    ///
+    /// What the steps before a failure have found stays. So the next call tries again only if that left the list empty.
+    void setSysDirPaths() const;
+    /// Adds a directory behind the others. One that does not exist, is not local or stands there already is dropped
+    /// without a word.
+    void addToSysDirPaths(const ResourceLocation& directory) const;
+    /// The list, filled if it is empty. Valid for the whole run, but adding a directory may move its elements.
+    const std::vector<ResourceLocation>& getSystemDirs() const;
+    /// The directory of the program if step 3 applied; else empty. Fills the list if it is empty.
+    ResourceLocation getBinDir() const;
+    /// "bin" below the base directory of the program if step 3 applied, whether that exists or not; else empty. Fills
+    /// the list if it is empty.
+    ResourceLocation getDllDir() const;
+    /// The directory D/share/APPLICATION/NAME of the first D, from the last base directory to the first, where it
+    /// exists: the working directory wins. `name` may have several components; an empty `application` leaves its part
+    /// out. The default stands for the name of the `Application`. Fills the list if it is empty. Throws
+    ///   - `FileNotFoundException(name, candidates)`: `Cannot find file "NAME" in "A"; "B".`, the candidates in the
+    ///     order of the list,
+    ///   - `ObjectNotExistentException` for the default while there is no `Application`: `System: There is no
+    ///     application whose name could stand for "getAppName()".`
+    ResourceLocation getAppDir(const std::string& name, std::string application = "getAppName()") const;
+    /// The same for a file.
+    ResourceLocation getAppFile(const std::string& name, std::string application = "getAppName()") const;
+    /// @}
+
+    /// \name Directories of the user
+    /// Each is found once and then handed out without any test.
+    /// @{
+    /// The user's home: the system's folder for documents (Linux: none), else `HOMEDRIVE` and `HOMEPATH` joined, else
+    /// `HOME`. Throws
+    ///   - `IOException("System: Unable to locate home directory")` if that is no directory. Required (Q-810): only the
+    ///     first time; the next call returns what was found,
+    ///   - `NotAFileException` if it is not local, with the same reservation,
+    ///   - what a location throws for a text that is none, each time.
+    ResourceLocation getHomeDir() const;
+    /// Where programs keep their data for the user: the system's folder for that, which is made if it is missing
+    /// (Linux: `XDG_CONFIG_HOME` if it begins with "/", else ".config" in `HOME`, made for the user alone), else as
+    /// `getHomeDir`. Throws as that does, the text being "System: Unable to locate app directory".
+    ResourceLocation getAppDataDir() const;
+    /// The directory "dravo2" in `getAppDataDir`, made with its parents if `create` is set. Required (Q-815): a file of
+    /// that name counts as made. Throws
+    ///   - what `getAppDataDir` throws,
+    ///   - `IOFailedException` from `createDir`,
+    ///   - `OperationFailedException("System: user Dravo directory \"DIR\" is not available.")` if it is missing and
+    ///     `create` is not set; DIR is its `str()`.
+    ///
+    /// Required (Q-811): each of them only the first time (that of a text that is no location apart); the next call
+    /// returns it, missing or not.
+    ResourceLocation getUserDir(bool create) const;
+    /// A name for a temporary file: `prefix`, eight hexadecimal digits and `suffix`, in the directory `TMP` or, if that
+    /// is none, the system's (Linux: /tmp). Required (Q-812): `suffix` is the first argument. Creates nothing, and
+    /// tests neither the name nor the system's directory. Required (Q-813): the digits come from `rand`, seeded with
+    /// the second of the clock by each call, so two calls within a second give one name. Throws `NotAFileException` if
+    /// `TMP` is not local.
+    ResourceLocation tempFile(const std::string& suffix, const std::string& prefix) const;
+    /// @}
+
     /// Installs `handleSignal`: for SIGINT (2) if bit value 2 is set in `signals`, for SIGTERM (15) if `signals & 15`
     /// is not 0.
     ///   - Required (Q-801): with `enable` false it does nothing, also behind a call with true: a handler cannot be
@@ -126,10 +209,16 @@ private:
     System();
     ~System();
 
-    mutable std::string mHostName;        // empty: not found yet
-    mutable std::string mUserName;        // empty: not found yet
-    mutable std::uint32_t mIPAddress = 0; // network byte order; 0: not known
-    bool mSignalHandling = false;         // false for ever
+    mutable std::string mHostName;                     // empty: not found yet
+    mutable std::string mUserName;                     // empty: not found yet
+    mutable std::uint32_t mIPAddress = 0;              // network byte order; 0: not known
+    mutable std::vector<ResourceLocation> mSystemDirs; // empty: not found yet
+    mutable ResourceLocation mBinDir;                  // empty: not found, or none
+    mutable ResourceLocation mDllDir;                  // empty: not found, or none
+    mutable ResourceLocation mHomeDir;                 // empty: not found yet
+    mutable ResourceLocation mAppDataDir;              // empty: not found yet
+    mutable ResourceLocation mUserDir;                 // empty: not found yet
+    bool mSignalHandling = false;                      // false for ever
 };
 
 } // namespace KelvoBase

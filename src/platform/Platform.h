@@ -88,6 +88,20 @@ struct DirectoryEntry
 /// them.
 bool listDirectory(const std::string& path, std::vector<DirectoryEntry>& entries);
 
+// Folders, as the texts of locations. Where the environment names them its texts are given as they stand.
+
+enum class Folder
+{
+    documents,
+    applicationData,
+};
+/// A folder that the system has for each user; nothing if it has none. It is made with its parents, for this user
+/// alone, if it is missing. One that cannot be made is named all the same, and so is one whose location would be
+/// another place than the system finds under the text: for that nothing is made.
+std::optional<std::string> userFolder(Folder folder);
+/// Where temporary files lie if nobody says otherwise. Need not exist.
+const char* temporaryFolder() noexcept;
+
 // Identity. Nothing: the system does not tell.
 
 /// The running program as a library path.

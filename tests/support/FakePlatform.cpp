@@ -79,6 +79,15 @@ bool listEntries(const std::string& directory, std::vector<platform::DirectoryEn
     return true;
 }
 
+/// The folders exist as soon as somebody asks for them.
+std::optional<std::string> folderOf(platform::Folder folder)
+{
+    const std::string path = folder == platform::Folder::documents ? "C:\\fake\\documents" : "C:\\fake\\data";
+    fakePlatform().directories.insert("C:\\fake");
+    fakePlatform().directories.insert(path);
+    return path;
+}
+
 template <typename Container>
 bool removeEntry(Container& entries, const std::string& path)
 {
@@ -100,8 +109,8 @@ FakePlatform::FakePlatform()
       removeDirectory([](const std::string& path) { return removeEntry(fakePlatform().directories, path); }),
       makeDirectory(makeEntry), moveFile(moveEntry),
       isSameFile([](const std::string& a, const std::string& b) { return a == b && kindOf(a) == EntryKind::file; }),
-      fileSize(sizeOf), listDirectory(listEntries), programPath("C:\\fake\\bin\\tool"), userName("user"),
-      hostName("host"), addresses([](const std::string&) { return std::vector<std::uint32_t>{}; }),
+      fileSize(sizeOf), listDirectory(listEntries), userFolder(folderOf), programPath("C:\\fake\\bin\\tool"),
+      userName("user"), hostName("host"), addresses([](const std::string&) { return std::vector<std::uint32_t>{}; }),
       osName("Fake 1.0 Build #1")
 {
 }
@@ -209,6 +218,16 @@ std::optional<unsigned long long> fileSize(const std::string& path)
 bool listDirectory(const std::string& path, std::vector<DirectoryEntry>& entries)
 {
     return fakePlatform().listDirectory(path, entries);
+}
+
+std::optional<std::string> userFolder(Folder folder)
+{
+    return fakePlatform().userFolder(folder);
+}
+
+const char* temporaryFolder() noexcept
+{
+    return fakePlatform().temporaryFolder.c_str();
 }
 
 std::optional<std::string> programPath()

@@ -49,6 +49,9 @@ struct FakePlatform
     std::function<std::optional<unsigned long long>(const std::string&)> fileSize;
     std::function<bool(const std::string&, std::vector<platform::DirectoryEntry>&)> listDirectory;
 
+    std::function<std::optional<std::string>(platform::Folder)> userFolder;
+    std::string temporaryFolder = "C:\\fake\\temp";
+
     std::optional<std::string> programPath;
     std::optional<std::string> userName;
     std::optional<std::string> hostName;

@@ -9,6 +9,7 @@ namespace KelvoBase
 class Any;
 class Application;
 class CLOption;
+class ConfigFile;
 class ExceptionBase;
 class ResourceLocation;
 class System;

@@ -5,6 +5,7 @@
 
 #include <kelvobase/Any.h>
 #include <kelvobase/Application.h>
+#include <kelvobase/ConfigFile.h>
 #include <kelvobase/ConnectionStates.h>
 #include <kelvobase/Exceptions.h>
 #include <kelvobase/Export.h>

@@ -163,8 +163,8 @@ public:
     /// @{
     /// The user's home: the system's folder for documents (Linux: none), else `HOMEDRIVE` and `HOMEPATH` joined, else
     /// `HOME`. Throws
-    ///   - `IOException("System: Unable to locate home directory")` if that is no directory. Required: only the
-    ///     first time; the next call returns what was found,
+    ///   - `IOException("System: Unable to locate home directory")` if that is no directory or there is none. Required
+    ///     only the first time, if there is one; the next call returns what was found,
     ///   - `NotAFileException` if it is not local, with the same reservation,
     ///   - what a location throws for a text that is none, each time.
     ResourceLocation getHomeDir() const;
@@ -179,8 +179,8 @@ public:
     ///   - `OperationFailedException("System: user Dravo directory \"DIR\" is not available.")` if it is missing and
     ///     `create` is not set; DIR is its `str()`.
     ///
-    /// Required: each of them only the first time (that of a text that is no location apart); the next call
-    /// returns it, missing or not.
+    /// Required: the last two only the first time; once `getAppDataDir` has answered, the next call returns the
+    /// directory, missing or not.
     ResourceLocation getUserDir(bool create) const;
     /// A name for a temporary file: `prefix`, eight hexadecimal digits and `suffix`, in the directory `TMP` or, if that
     /// is none, the system's (Linux: /tmp). Required: `suffix` is the first argument. Creates nothing, and

@@ -160,6 +160,68 @@ static_assert(same<unsigned long long (ResourceLocation::*)() const>(&ResourceLo
 static_assert(same<Locations (ResourceLocation::*)(bool) const>(&ResourceLocation::getDirList));
 static_assert(same<const string& (ResourceLocation::*)(char) const>(&ResourceLocation::getPathWithoutFilename));
 
+// Configuration
+using Entries = std::map<string, Any*>;
+using Sections = std::map<string, Entries>;
+static_assert(!std::is_polymorphic_v<ConfigFile>);
+static_assert(std::is_default_constructible_v<ConfigFile>);
+static_assert(std::is_copy_constructible_v<ConfigFile>);
+static_assert(std::is_convertible_v<const ResourceLocation&, ConfigFile>);
+static_assert(std::is_convertible_v<const string&, ConfigFile>);
+static_assert(std::is_convertible_v<const char*, ConfigFile>);
+static_assert(same<ConfigFile& (ConfigFile::*)(const ConfigFile&)>(&ConfigFile::operator=));
+static_assert(same<void (ConfigFile::*)()>(&ConfigFile::init));
+static_assert(same<const string& (ConfigFile::*)() const>(&ConfigFile::getSectionBeginIdent));
+static_assert(same<void (ConfigFile::*)(const string&)>(&ConfigFile::setSectionBeginIdent));
+static_assert(same<const string& (ConfigFile::*)() const>(&ConfigFile::getSectionEndIdent));
+static_assert(same<void (ConfigFile::*)(const string&)>(&ConfigFile::setSectionEndIdent));
+static_assert(same<const string& (ConfigFile::*)() const>(&ConfigFile::getSeperator));
+static_assert(same<void (ConfigFile::*)(const string&)>(&ConfigFile::setSeperator));
+static_assert(same<const string& (ConfigFile::*)() const>(&ConfigFile::getListSeperator));
+static_assert(same<void (ConfigFile::*)(const string&)>(&ConfigFile::setListSeperator));
+static_assert(same<char (ConfigFile::*)() const>(&ConfigFile::getCommentSign));
+static_assert(same<void (ConfigFile::*)(char)>(&ConfigFile::setCommentSign));
+static_assert(same<bool (ConfigFile::*)() const>(&ConfigFile::isEmpty));
+static_assert(same<void (ConfigFile::*)()>(&ConfigFile::clear));
+[[maybe_unused]] constexpr Sections::iterator (ConfigFile::*firstSection)() = &ConfigFile::beginSection;
+[[maybe_unused]] constexpr Sections::iterator (ConfigFile::*pastSections)() = &ConfigFile::endSection;
+[[maybe_unused]] constexpr Sections::const_iterator (ConfigFile::*firstSectionToRead)() const =
+    &ConfigFile::beginSection;
+[[maybe_unused]] constexpr Sections::const_iterator (ConfigFile::*pastSectionsToRead)() const = &ConfigFile::endSection;
+[[maybe_unused]] constexpr Entries* (ConfigFile::*section)(const string&) = &ConfigFile::findSection;
+[[maybe_unused]] constexpr const Entries* (ConfigFile::*sectionToRead)(const string&) const = &ConfigFile::findSection;
+static_assert(same<bool (ConfigFile::*)(const string&) const>(&ConfigFile::sectionIsExistent));
+static_assert(same<void (ConfigFile::*)(const string&)>(&ConfigFile::createSection));
+[[maybe_unused]] constexpr void (ConfigFile::*guard)(const Entries*, const string&) = &ConfigFile::checkSection;
+[[maybe_unused]] constexpr void (ConfigFile::*guardToRead)(const Entries*,
+                                                           const string&) const = &ConfigFile::checkSection;
+[[maybe_unused]] constexpr Entries::iterator (ConfigFile::*firstEntry)(const string&) = &ConfigFile::beginEntry;
+[[maybe_unused]] constexpr Entries::iterator (ConfigFile::*pastEntries)(const string&) = &ConfigFile::endEntry;
+[[maybe_unused]] constexpr Entries::const_iterator (ConfigFile::*firstEntryToRead)(const string&) const =
+    &ConfigFile::beginEntry;
+[[maybe_unused]] constexpr Entries::const_iterator (ConfigFile::*pastEntriesToRead)(const string&) const =
+    &ConfigFile::endEntry;
+static_assert(same<Any* (ConfigFile::*)(const string&, const string&) const>(&ConfigFile::getEntry));
+static_assert(same<bool (ConfigFile::*)(const string&, const string&) const>(&ConfigFile::entryIsExistent));
+static_assert(same<bool (ConfigFile::*)(const string&, const string&) const>(&ConfigFile::isListEntry));
+[[maybe_unused]] constexpr void (ConfigFile::*setValue)(const string&, const string&, Any*) = &ConfigFile::setEntry;
+[[maybe_unused]] constexpr void (ConfigFile::*setText)(const string&, const string&,
+                                                       const string&) = &ConfigFile::setEntry;
+[[maybe_unused]] constexpr void (ConfigFile::*copyFromOther)(const string&, const ConfigFile&,
+                                                             const string&) = &ConfigFile::copySection;
+[[maybe_unused]] constexpr void (ConfigFile::*copyWithin)(const string&, const string&) = &ConfigFile::copySection;
+static_assert(same<void (ConfigFile::*)(const ConfigFile&)>(&ConfigFile::copy));
+static_assert(same<void (ConfigFile::*)(const ConfigFile&)>(&ConfigFile::completeCopy));
+static_assert(same<bool (ConfigFile::*)(const ConfigFile&) const>(&ConfigFile::equals));
+static_assert(same<void (ConfigFile::*)()>(&ConfigFile::parse));
+static_assert(same<void (ConfigFile::*)(const ResourceLocation&)>(&ConfigFile::parseFile));
+static_assert(same<void (ConfigFile::*)(string)>(&ConfigFile::parseConfigFiles));
+static_assert(same<int (ConfigFile::*)(std::istream&, string&)>(&ConfigFile::getNextLine));
+static_assert(same<void (ConfigFile::*)(const string&, const string&, int)>(&ConfigFile::handleParseError));
+static_assert(same<void (ConfigFile::*)(const string&)>(&ConfigFile::setFileName));
+static_assert(same<void (ConfigFile::*)(const ResourceLocation&) const>(&ConfigFile::writeToFile));
+static_assert(same<void (ConfigFile::*)(const string&) const>(&ConfigFile::saveToDisk));
+static_assert(same<void (ConfigFile::*)() const>(&ConfigFile::sync));
 // Time
 
 static_assert(std::is_aggregate_v<Time::Mtime_t>);

@@ -24,6 +24,7 @@ done
 run_one() {
     local program=$1 log status=0
     log=$2/$(basename "$program")
+    own_configuration "$log.configuration"
     cd "$(dirname "$program")"
     # Some programs replace operator new; without the synonym valgrind would put its own in their place.
     valgrind --quiet --error-exitcode=99 --soname-synonyms=somalloc=nouserintercepts \
@@ -37,7 +38,7 @@ run_one() {
         return 1
     fi
 }
-export -f run_one
+export -f run_one own_configuration
 
 left_out=$(sed 's/[[:space:]]*#.*//; /^$/d' "$top/scripts/valgrind.skip" | paste -sd :)
 export GTEST_FILTER="*${left_out:+-$left_out}"

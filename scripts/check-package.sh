@@ -11,6 +11,7 @@ arguments=(--scale=2.5 '--names=a,b' 'C:\data\run.txt')
 answer="scale 2.5, 2 names, suffix txt, 1st of 1, all well"
 rm -rf "$work"
 mkdir -p "$work"
+own_configuration "$work/configuration"
 generator="Unix Makefiles"
 if has_command ninja; then
     generator=Ninja

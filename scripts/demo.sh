@@ -11,5 +11,6 @@ install_missing
 folder=$top/build/demo
 build_folder "$folder" -DCMAKE_BUILD_TYPE=Release -DKELVOBASE_BUILD_TESTS=OFF
 
+own_configuration "$folder/configuration"
 say "The example seriesstat"
 exec bash "$top/examples/seriesstat/demo.sh" "$folder"

@@ -120,6 +120,15 @@ need_test_tools() {
     need libgtest-dev has_header gtest/gtest.h
 }
 
+# own_configuration FOLDER: from here on tools read and write what they keep for their user in FOLDER, not in the home
+# of whoever runs the script, and know no installation.
+own_configuration() {
+    mkdir -p "$1"
+    XDG_CONFIG_HOME=$(cd "$1" && pwd)
+    export XDG_CONFIG_HOME
+    unset DRAVO2_BASEDIR DRAVO2_INSTDIR
+}
+
 jobs() {
     nproc 2>/dev/null || getconf _NPROCESSORS_ONLN 2>/dev/null || echo 1
 }

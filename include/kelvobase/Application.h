@@ -30,6 +30,7 @@
 namespace KelvoBase
 {
 
+class ConfigFile;
 class OptionIndex;
 
 /// One option of the command line. Made by `Application::defineOption`.
@@ -104,14 +105,22 @@ private:
 class KELVOBASE_API Application
 {
 public:
-    /// Makes this object the `instance()`, starts the registry of trace areas, and defines the options `--help`,
-    /// `--version`, `--trace-level` (`-t`), `--trace-area` and `--trace-to`, which so stand first. An exception that
-    /// leaves it leaves no `instance()`.
+    /// Makes this object the `instance()`, starts the registry of trace areas (which reads "TraceAreas.ini" and makes
+    /// the user's directory of configuration files), and defines the options `--help`, `--version`, `--trace-level`
+    /// (`-t`), `--trace-area` and `--trace-to`, which so stand first.
+    ///
+    /// Throws `std::out_of_range("bitset::set")` if the file of areas has more of them than there are bits. `mainImpl`
+    /// reports only what happens in a run: an exception that leaves the constructor of a tool leaves its `main`, unless
+    /// that catches it. It leaves no `instance()`.
     Application(const std::string& appName, double version, const std::string& authors, const std::string& description);
     Application(const Application&) = delete;
     Application& operator=(const Application&) = delete;
 
-    /// Deletes the options, clears `instance()` and ends the registry of trace areas.
+    /// Saves the configuration (`ConfigFile::sync`) if `getConfigFile` made one, deletes the options, clears
+    /// `instance()`, ends the registry of trace areas and deletes the configuration. Required: `exit` runs no
+    /// destructor, so a run that ends with an error, or in `--help` and `--version`, saves nothing. A configuration
+    /// that cannot be saved leaves its text on standard error, if `haveCerr` is set, and changes no status; a tool to
+    /// which that is a failure calls `sync` itself in `runMain`.
     virtual ~Application();
     /// Writes `text` and a line end to standard output, without flush.
     /// Required: it writes nothing if `haveCerr` is false; the flag stands for both standard streams.
@@ -197,6 +206,15 @@ public:
     std::string printCMDline() const;
     /// @}
 
+    /// The tool's configuration, read at the first call by `ConfigFile::parseConfigFiles`, whose faults it throws; the
+    /// next call tries again then. The application keeps it. What was changed is saved when the application ends.
+    ///
+    /// The name of the files is `getAppName()` + ".ini", or the value of the option "config-file" (a list is joined by
+    /// ","), if the tool defines that with an argument and it is given; so call this from `postParseInit` or `runMain`.
+    /// Required: the value is a name to search for, not the path of a file. A mere flag of that name changes
+    /// nothing.
+    ConfigFile* getConfigFile();
+
     /// Reports `text` as an error of the user and ends with status 1, unless `condition` is true.
     void check(bool condition, const std::string& text) const;
 
@@ -231,6 +249,7 @@ public:
 private:
     void defineKelvoOptions();
     void release() noexcept;
+    void saveConfiguration() const noexcept;
     void sortOptions();
     CLOption* findLong(std::string_view name) const;
     void reallyParse(int argc, char** argv);
@@ -255,6 +274,7 @@ private:
     std::vector<std::pair<const CLOption*, const CLOption*>> mExclusions; // raw: both belong to mOptions
     std::vector<std::string> mPositionalNames;
     std::vector<std::string> mPositionals;
+    std::unique_ptr<ConfigFile> mConfigFile;     // null: nobody asked for it yet
     mutable std::unique_ptr<OptionIndex> mIndex; // of mOptions by long name; null for a few options
 
     static Application* mInstance; // raw: the tool's main owns it

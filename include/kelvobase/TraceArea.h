@@ -16,6 +16,8 @@
 namespace KelvoBase
 {
 
+class ConfigFile;
+
 /// The areas that code names when it traces. Each is the mask of the area of that name.
 ///
 /// The value is asked from the registry at the first call and, Required, kept for the life of the process:
@@ -49,8 +51,16 @@ struct TraceAreaEntry
 };
 
 /// The registry of areas, alive between `startup` and `teardown`. `Application` calls both. Names are case-sensitive;
-/// areas are only ever added. A fresh registry holds `All`, with all 64 bits and none of its own, and the 40 areas of
-/// the built-in tables at the bits 0 to 39: main areas first, sub-areas behind them.
+/// areas are only ever added.
+///
+/// A fresh registry holds `All`, with all 64 bits and none of its own, and the areas of the file "TraceAreas.ini",
+/// which is searched and merged as `ConfigFile::parseConfigFiles` does (so a search without a usable home says that on
+/// standard error). If there is no such file, or anything is wrong with it, it holds the 40 areas of the built-in
+/// tables, at the bits 0 to 39 (main areas first, sub-areas behind them), without a word. Required: what the
+/// file had added before it failed stays, at the bits that it got, and the tables add the rest behind.
+///
+/// A file replaces the tables: areas of theirs that it does not name do not exist, and a message in one of them fails
+/// (see `TraceArea`). The library itself traces in "KelvoBase", every run of an `Application` in "App".
 class KELVOBASE_API TraceAreaMgr
 {
 public:
@@ -59,7 +69,8 @@ public:
 
     /// The registry; null before `startup` and behind `teardown`. Creates nothing.
     static TraceAreaMgr* instance();
-    /// Creates and fills the registry if there is none.
+    /// Creates and fills the registry if there is none. Required: a file of more areas than there are bits
+    /// leaves the tables no room either; that throws `std::out_of_range("bitset::set")`, and there is no registry.
     static void startup();
     /// Destroys the registry if there is one. What `TraceArea` has handed out stays.
     static void teardown();
@@ -84,6 +95,26 @@ public:
     /// Required: the tables name "GammaFileConverter" and "DeltaFileConverter" twice; the first row of each
     /// stands, so both are areas of "Persistence" only.
     void initInternally();
+    /// Adds the areas of a file to what stands there: the keys of its section "TraceMainAreas", and those of
+    /// "TraceSubAreas", whose values are lists of parents or, for none, a flag:
+    ///
+    ///     [TraceMainAreas]
+    ///     Optics                      # the next free bit
+    ///     [TraceSubAreas]
+    ///     Lenses = Optics, Numerics   # a bit, and those of the parents
+    ///     Mirrors                     # a bit
+    ///
+    ///   - Required: for a parent that is not known the lines "WARNING TraceAreaMgr: Unknown area 'PARENT'" and
+    ///     "\tSkipping entry..." go to standard error if `haveCerr` is set, but the area is added, with the parents
+    ///     that were found. `Lenses =` has one parent, named by the empty text.
+    ///   - Required: main areas get their bits first, then sub-areas, both sorted by name byte by byte, in
+    ///     whatever order the file has them. So a sub-area can be the parent of those only that sort behind it.
+    ///   - Required: the value of a main area is not looked at, `Optics = no` => an area; a boolean false in
+    ///     "TraceSubAreas" means no parents, as true does.
+    ///
+    /// Throws what `ConfigFile::beginEntry` throws for a missing section and what `registerArea` throws; what was added
+    /// before stays.
+    void initFromFile(const ConfigFile& file);
 
     /// A table of all areas sorted by name, between a begin line with a head line and an end line. Name, id and mask
     /// stand in columns of 20, 64 and 64 characters, aligned to the right, with tabs between them.
@@ -94,6 +125,9 @@ public:
 private:
     TraceAreaMgr();
     ~TraceAreaMgr();
+
+    void fill();
+    bool readAreaFile();
 
     std::map<std::string, TraceAreaEntry> mAreas;
     unsigned int mNextBit;

@@ -1,8 +1,10 @@
 // The life of an application from its constructor to the exit status, and its reports.
 
+#include "application/ListSeparator.h"
 #include "application/OptionIndex.h"
 
 #include <kelvobase/Application.h>
+#include <kelvobase/ConfigFile.h>
 #include <kelvobase/Exceptions.h>
 #include <kelvobase/Globals.h>
 #include <kelvobase/TraceArea.h>
@@ -10,6 +12,7 @@
 #include <cstdlib>
 #include <iostream>
 #include <memory>
+#include <utility>
 
 namespace KelvoBase
 {
@@ -23,6 +26,8 @@ constexpr char standardHint[] = "std";
 constexpr char startupFailed[] = "Unrecoverable error during startup.\n";
 constexpr char runFailed[] = "Unknown critical program error.";
 constexpr char yearUnset[] = "NOW";
+constexpr char configSuffix[] = ".ini";
+constexpr char configOption[] = "config-file";
 
 } // namespace
 
@@ -45,7 +50,30 @@ Application::Application(const std::string& appName, double version, const std::
 
 Application::~Application()
 {
+    // Required: here and not in `error`, which would write what a failed run has half changed. Options and
+    // instance still stand: a value of the tool's own may ask them for its text.
+    saveConfiguration();
     release();
+    mConfigFile.reset();
+}
+
+void Application::saveConfiguration() const noexcept
+{
+    if (mConfigFile == nullptr) {
+        return;
+    }
+    try {
+        mConfigFile->sync();
+    } catch (const std::exception& e) {
+        // An exception must not leave a destructor, and the process still ends in the regular way.
+        if (haveCerr) {
+            std::cerr << e.what() << std::endl;
+        }
+    } catch (...) {
+        if (haveCerr) {
+            std::cerr << runFailed << std::endl;
+        }
+    }
 }
 
 void Application::release() noexcept
@@ -143,6 +171,23 @@ unsigned int Application::nPositional() const
 const std::string& Application::getPositional(unsigned int index) const
 {
     return mPositionals[index];
+}
+
+ConfigFile* Application::getConfigFile()
+{
+    if (mConfigFile == nullptr) {
+        std::string name = mAppName + configSuffix;
+        const CLOption* option = findLong(configOption);
+        if (option != nullptr && option->isSet() && option->getValue() != nullptr) {
+            // Required: the name of the files to search for. Opening it as a path would read one file only, and
+            // save into it.
+            name = option->getValue()->toString(listSeparator);
+        }
+        auto file = std::make_unique<ConfigFile>();
+        file->parseConfigFiles(name);
+        mConfigFile = std::move(file);
+    }
+    return mConfigFile.get();
 }
 
 void Application::message(const std::string& text) const

@@ -1,10 +1,13 @@
 #include "trace/TraceAreaTables.h"
 #include "trace/UnknownArea.h"
 
+#include <kelvobase/Any.h>
+#include <kelvobase/ConfigFile.h>
 #include <kelvobase/Exceptions.h>
 #include <kelvobase/Globals.h>
 #include <kelvobase/TraceArea.h>
 
+#include <exception>
 #include <iomanip>
 #include <iostream>
 #include <sstream>
@@ -20,13 +23,44 @@ constexpr unsigned int firstBit = 0;
 constexpr unsigned int bits = 64;
 constexpr int nameColumns = 20;
 
+constexpr const char* areaFile = "TraceAreas.ini";
+constexpr const char* mainAreaSection = "TraceMainAreas";
+constexpr const char* subAreaSection = "TraceSubAreas";
+constexpr const char* noParents = "BoolAny"; // the type of a flag
+constexpr const char* listSeparator = ",";
+
 /// The row of a table of three columns, each aligned to the right.
 void printRow(std::ostream& out, const std::string& name, const std::string& id, const std::string& mask)
 {
     out << std::setw(nameColumns) << name << '\t' << std::setw(bits) << id << '\t' << std::setw(bits) << mask << '\n';
 }
 
+/// The masks of all areas that `names` lists and `registry` knows.
+std::bitset<bits> masksOf(const Any& names, const TraceAreaMgr& registry)
+{
+    std::bitset<bits> masks;
+    for (unsigned int i = 0; i < names.size(); ++i) {
+        const std::string parent = names[i].toString(listSeparator);
+        if (const TraceAreaEntry* entry = registry.searchId(parent)) {
+            masks |= entry->mask;
+        } else {
+            // Required: the words are those of the tables, which leave out the whole area. Leaving it out here
+            // as well would lose an area, and the messages in it, for one misspelt parent.
+            warnOfUnknownParent(parent);
+        }
+    }
+    return masks;
+}
+
 } // namespace
+
+void warnOfUnknownParent(std::string_view parent)
+{
+    if (haveCerr) {
+        std::cerr << "WARNING TraceAreaMgr: Unknown area '" << parent << "'" << std::endl;
+        std::cerr << "\tSkipping entry..." << std::endl;
+    }
+}
 
 void throwUnknownArea(const std::string& name)
 {
@@ -42,7 +76,7 @@ TraceAreaMgr::TraceAreaMgr() : mNextBit(firstBit)
     // From here on the registry can be asked: whatever fills it may have something to trace.
     m_instance = this;
     try {
-        initInternally();
+        fill();
     } catch (...) {
         m_instance = nullptr;
         throw;
@@ -50,6 +84,32 @@ TraceAreaMgr::TraceAreaMgr() : mNextBit(firstBit)
 }
 
 TraceAreaMgr::~TraceAreaMgr() = default;
+
+void TraceAreaMgr::fill()
+{
+    // Required: not a word, since most installations have no such file, and nothing is taken back. Areas that
+    // were read keep their bits, and the tables add theirs behind them.
+    // Required: that fails where the file has used up all bits. A registry without the areas of the tables
+    // would make every message in one of them fail.
+    if (!readAreaFile()) {
+        initInternally();
+    }
+}
+
+/// Adds the areas of the file. False if there is none or anything is wrong with it.
+bool TraceAreaMgr::readAreaFile()
+{
+    try {
+        ConfigFile file;
+        if (!file.mergeConfigFiles(areaFile)) {
+            return false;
+        }
+        initFromFile(file);
+        return true;
+    } catch (const std::exception&) {
+        return false;
+    }
+}
 
 TraceAreaMgr* TraceAreaMgr::instance()
 {
@@ -116,6 +176,21 @@ void TraceAreaMgr::registerArea(const std::string& name, const std::bitset<64>& 
 void TraceAreaMgr::initInternally()
 {
     registerTables(*this, mainAreaTable, subAreaTable);
+}
+
+// Required: in the order of the names, which is that of the file's tables. Bits in the order of the lines would
+// need what `ConfigFile` does not keep, and would differ between layers of the search.
+void TraceAreaMgr::initFromFile(const ConfigFile& file)
+{
+    // Required: whatever the value is, also one that reads as "no"; the key alone makes the area.
+    for (auto entry = file.beginEntry(mainAreaSection); entry != file.endEntry(mainAreaSection); ++entry) {
+        registerArea(entry->first, {});
+    }
+    for (auto entry = file.beginEntry(subAreaSection); entry != file.endEntry(subAreaSection); ++entry) {
+        const Any& parents = *entry->second;
+        const bool alone = parents.getTypeString() == noParents;
+        registerArea(entry->first, alone ? std::bitset<bits>() : masksOf(parents, *this));
+    }
 }
 
 std::string TraceAreaMgr::print() const

@@ -1,9 +1,8 @@
 #include "trace/TraceAreaTables.h"
 
-#include <kelvobase/Globals.h>
-#include <kelvobase/TraceArea.h>
+#include "trace/UnknownArea.h"
 
-#include <iostream>
+#include <kelvobase/TraceArea.h>
 
 namespace KelvoBase
 {
@@ -59,19 +58,6 @@ constinit const std::array<SubAreaRow, 30> subAreaTable = {{
     {"GammaFileConverter", "Rewriting"},
     {"DeltaFileConverter", "Persistence"},
 }};
-
-namespace
-{
-
-void warnOfUnknownParent(const char* parent)
-{
-    if (haveCerr) {
-        std::cerr << "WARNING TraceAreaMgr: Unknown area '" << parent << "'" << std::endl;
-        std::cerr << "\tSkipping entry..." << std::endl;
-    }
-}
-
-} // namespace
 
 void registerTables(TraceAreaMgr& registry, std::span<const MainAreaRow> mainAreas,
                     std::span<const SubAreaRow> subAreas)

@@ -75,21 +75,30 @@ namespace KelvoBase
 namespace
 {
 
-/// Whether `action` ran out of memory at the allocation number `point`. Fails the test if something stays allocated.
+enum class Outcome
+{
+    thrown,    // the failure left the action
+    withstood, // something in the action went on without what failed
+    beyond,    // the action does not allocate that often
+};
+
+/// What becomes of `action` if the allocation number `point` fails. Fails the test if something stays allocated.
 template <typename Action>
-bool failsAt(long point, Action action)
+Outcome outcomeAt(long point, Action action)
 {
     const long before = living;
-    bool failed = false;
+    bool thrown = false;
     untilFailure = point;
     try {
         action();
     } catch (const std::bad_alloc&) {
-        failed = true;
+        thrown = true;
     }
+    const bool reached = untilFailure < 0;
     untilFailure = -1;
     EXPECT_EQ(living, before) << "allocation " << point;
-    return failed;
+    EXPECT_TRUE(reached || !thrown) << "allocation " << point;
+    return thrown ? Outcome::thrown : reached ? Outcome::withstood : Outcome::beyond;
 }
 
 TEST(Construction, FailureAtAnyPointLeavesNothing)
@@ -97,19 +106,39 @@ TEST(Construction, FailureAtAnyPointLeavesNothing)
     const std::string name = "a name that is too long for the string object itself";
     const auto construct = [&] { const test::Probe probe(name); };
     construct(); // what is made once and kept
-    long point = 0;
-    while (failsAt(point, construct)) {
+    int thrown = 0;
+    int withstood = 0;
+    Outcome outcome = Outcome::thrown;
+    for (long point = 0; outcome != Outcome::beyond; ++point) {
+        outcome = outcomeAt(point, construct);
         EXPECT_EQ(Application::instance(), nullptr) << "allocation " << point;
         EXPECT_EQ(TraceAreaMgr::instance(), nullptr) << "allocation " << point;
-        ++point;
+        thrown += outcome == Outcome::thrown;
+        withstood += outcome == Outcome::withstood;
     }
-    EXPECT_GT(point, 40) << "the failures did not reach the library";
+    EXPECT_GT(thrown, 40) << "the failures did not reach the library";
+    EXPECT_GT(withstood, 10) << "the failures did not reach the search for the file of areas";
+}
+
+TEST(Construction, FailureInTheSearchForTheFileOfAreasGivesTheTables)
+{
+    const auto construct = [] {
+        const test::Probe probe;
+        EXPECT_NE(TraceAreaMgr::instance()->searchId("RewriteNetwork"), nullptr);
+    };
+    construct();
+    int withstood = 0;
+    Outcome outcome = Outcome::thrown;
+    for (long point = 0; outcome != Outcome::beyond; ++point) {
+        outcome = outcomeAt(point, construct);
+        withstood += outcome == Outcome::withstood;
+    }
+    EXPECT_GT(withstood, 10);
 }
 
 TEST(Construction, FailureOfADefinitionLeavesTheOptionsThatStand)
 {
     const std::string name = "a name that is too long for the string object itself";
-    long point = 0;
     const auto define = [&] {
         test::Probe probe;
         for (int i = 0; i < 40; ++i) {
@@ -117,10 +146,14 @@ TEST(Construction, FailureOfADefinitionLeavesTheOptionsThatStand)
             probe.findOption(name);
         }
     };
-    while (failsAt(point, define)) {
-        ++point;
+    define();
+    int thrown = 0;
+    Outcome outcome = Outcome::thrown;
+    for (long point = 0; outcome != Outcome::beyond; ++point) {
+        outcome = outcomeAt(point, define);
+        thrown += outcome == Outcome::thrown;
     }
-    EXPECT_GT(point, 200) << "the failures did not reach the library";
+    EXPECT_GT(thrown, 200) << "the failures did not reach the library";
 }
 
 } // namespace

@@ -161,6 +161,7 @@ static_assert(same<Locations (ResourceLocation::*)(bool) const>(&ResourceLocatio
 static_assert(same<const string& (ResourceLocation::*)(char) const>(&ResourceLocation::getPathWithoutFilename));
 
 // Configuration
+
 using Entries = std::map<string, Any*>;
 using Sections = std::map<string, Entries>;
 static_assert(!std::is_polymorphic_v<ConfigFile>);
@@ -222,6 +223,7 @@ static_assert(same<void (ConfigFile::*)(const string&)>(&ConfigFile::setFileName
 static_assert(same<void (ConfigFile::*)(const ResourceLocation&) const>(&ConfigFile::writeToFile));
 static_assert(same<void (ConfigFile::*)(const string&) const>(&ConfigFile::saveToDisk));
 static_assert(same<void (ConfigFile::*)() const>(&ConfigFile::sync));
+
 // Time
 
 static_assert(std::is_aggregate_v<Time::Mtime_t>);
@@ -261,6 +263,7 @@ static_assert(same<const bitset<64>& (TraceAreaMgr::*)(const string&) const>(&Tr
 static_assert(same<const bitset<64>& (TraceAreaMgr::*)(const string&) const>(&TraceAreaMgr::getTraceAreaId));
 static_assert(same<void (TraceAreaMgr::*)(const string&, const bitset<64>&)>(&TraceAreaMgr::registerArea));
 static_assert(same<void (TraceAreaMgr::*)()>(&TraceAreaMgr::initInternally));
+static_assert(same<void (TraceAreaMgr::*)(const ConfigFile&)>(&TraceAreaMgr::initFromFile));
 static_assert(same<string (TraceAreaMgr::*)() const>(&TraceAreaMgr::print));
 static_assert(std::is_base_of_v<std::ostream, TraceStream>);
 static_assert(std::is_default_constructible_v<TraceStream>);
@@ -325,6 +328,7 @@ static_assert(same<void (Application::*)(const string&)>(&Application::definePos
 static_assert(same<void (Application::*)(const CLOption&, const CLOption&)>(&Application::defineExclusion));
 static_assert(same<const string& (Application::*)(unsigned int) const>(&Application::getPositional));
 static_assert(same<CLOption* (Application::*)(const string&) const>(&Application::findOption));
+static_assert(same<ConfigFile* (Application::*)()>(&Application::getConfigFile));
 static_assert(same<void (Application::*)(bool, const string&) const>(&Application::check));
 static_assert(same<string (Application::*)() const>(&Application::printCMDline));
 static_assert(same<const ResourceLocation& (Application::*)() const>(&Application::getProgramLocation));

@@ -53,6 +53,16 @@ const Statistic* findStatistic(std::string_view name)
     return nullptr;
 }
 
+std::vector<const Statistic*> allStatistics()
+{
+    std::vector<const Statistic*> all;
+    all.reserve(std::size(statistics));
+    for (const Statistic& statistic : statistics) {
+        all.push_back(&statistic);
+    }
+    return all;
+}
+
 std::vector<std::string> statisticNames()
 {
     std::vector<std::string> names;

@@ -22,7 +22,9 @@ struct Statistic
 
 /// The statistic of that name, null if there is none. It lives as long as the program.
 const Statistic* findStatistic(std::string_view name);
-/// All names in the order of the report.
+/// All statistics in the order of the report. They live as long as the program.
+std::vector<const Statistic*> allStatistics();
+/// Their names.
 std::vector<std::string> statisticNames();
 
 /// The wanted rows for one file, below its name. Numbers are written with all of `digits` significant digits, zeros at

@@ -1,6 +1,7 @@
 #include "SeriesReader.h"
 
 #include "Decimal.h"
+#include "Shown.h"
 
 #include <kelvobase/Exceptions.h>
 #include <kelvobase/Strings.h>
@@ -20,22 +21,6 @@ constexpr const char* noValues = ": There are no numbers.";
 constexpr const char* noColumn = "There is no such column.";
 constexpr const char* notANumber = " is not a finite decimal number.";
 constexpr const char* outOfRange = " is out of the range of numbers.";
-
-/// A text of any origin as it may stand in a message: short, and without bytes that would act on a terminal.
-std::string shown(std::string text)
-{
-    constexpr std::size_t limit = 40;
-    if (text.size() > limit) {
-        std::size_t end = limit;
-        while (end > 0 && (text[end] & 0xC0) == 0x80) { // inside a UTF-8 sequence
-            --end;
-        }
-        text = text.substr(0, end) + "...";
-    }
-    std::replace_if(
-        text.begin(), text.end(), [](unsigned char c) { return c < 0x20 || c == 0x7F; }, '?');
-    return KelvoBase::quote(text);
-}
 
 /// Cuts the comment and the white space around what is left.
 void reduce(std::string& line, const std::string& commentSign)

@@ -1,13 +1,14 @@
 #include "SeriesStat.h"
 
+#include "Configure.h"
 #include "InputFiles.h"
-#include "Report.h"
+#include "Progress.h"
+#include "Remember.h"
 #include "WholeNumber.h"
 
 #include <kelvobase/Exceptions.h>
-#include <kelvobase/Strings.h>
-#include <kelvobase/TraceArea.h>
-#include <kelvobase/TraceStream.h>
+#include <kelvobase/Globals.h>
+#include <kelvobase/System.h>
 
 #include <cmath>
 #include <iostream>
@@ -22,9 +23,7 @@ namespace
 using KelvoBase::CLOption;
 using KelvoBase::ResourceLocation;
 using KelvoBase::ScalarAny;
-using KelvoBase::Trace;
-using KelvoBase::TraceArea;
-using KelvoBase::TraceStream;
+using KelvoBase::System;
 using Text = ScalarAny<std::string>;
 using TextList = KelvoBase::VectorAny<Text>;
 
@@ -36,66 +35,74 @@ constexpr const char* definitions =
     "median, q3 and max. Quartiles stand at the position 1 + p (n - 1) of the sorted values, interpolated linearly. "
     "\"n/a\" stands for what is not defined: sd of a single value, lag1 of values that are all equal. Whatever is no "
     "number makes the run fail; no value is skipped. A file whose name has one character stands behind \"--\".";
-constexpr const char* numberBytes = "+-.0123456789Ee";
-constexpr int maxDigits = 17; // tell any two doubles apart
-
-/// The trace, ready for a line about the progress of the work.
-std::ostream& progress(const std::bitset<64>& area)
-{
-    TraceStream& trace = TraceStream::instance();
-    trace.setNextTraceConditions(Trace::verbose, area);
-    return trace;
-}
+constexpr const char* configurations =
+    " Defaults come from the configuration: the files seriesstat.ini in the directories etc of the installation, of "
+    "the working directory and of the user (on Linux ~/.config/dravo2/etc). A later one wins over an earlier one, key "
+    "by key, and the command line over all of them. --remember writes the quantity into the file of the user, and "
+    "nothing else; what else this file says stays, but for comments.";
+constexpr const char* noQuantity =
+    "Option --quantity has to be given, or \"quantity\" set in section \"report\" of the configuration: a number "
+    "without its quantity and unit is no result.";
 
 } // namespace
 
-SeriesStat::SeriesStat() : Application("seriesstat", 1.0, "The KelvoBase developers", description)
+SeriesStat::SeriesStat() : Application("seriesstat", 1.1, "The KelvoBase developers", description)
 {
     setRevision("1");
     setYear("2026");
-    setAdditionalHelpText(definitions);
+    setAdditionalHelpText(std::string(definitions) + configurations);
     defineInputOptions();
     defineReportOptions();
+    defineConfigurationOptions();
     definePositional("FILE_OR_DIRECTORY...");
 }
 
 void SeriesStat::defineInputOptions()
 {
     defineOption("column", 'c', false)
-        .setHelp("the column that holds the values, counted from 1; if it is not given, a line is one number")
+        .setHelp("the column that holds the values, counted from 1; 0: a line is one number [0]")
         .setArg("number", new WholeNumber(0));
-    const CLOption& csv = defineOption("csv", 0, false)
-                              .setHelp("columns are parted by commas, and double quotes protect a comma; if neither "
-                                       "this nor --delimiter is given, white space parts them");
+    const CLOption& csv = defineOption("csv", 0, false).setHelp("the same as --delimiter=csv");
     const CLOption& delimiter = defineOption("delimiter", 'd', false)
-                                    .setHelp("columns are parted by each single one of these characters")
-                                    .setArg("text", new Text);
-    defineOption("header", 0, false).setHelp("the first line names the columns");
+                                    .setHelp("what parts columns: blanks (any white space), tab, csv (a comma, and "
+                                             "double quotes protect one), or each single one of the characters of "
+                                             "this text [blanks]")
+                                    .setArg("text", new Text("blanks"));
+    const CLOption& header = defineOption("header", 0, false).setHelp("the first line names the columns");
+    const CLOption& noHeader = defineOption("no-header", 0, false).setHelp("the first line holds a value, too [this]");
     defineOption("comment", 0, false)
-        .setHelp("what begins a comment, which reaches to the end of the line; an empty text: nothing does [#]")
-        .setArg("text", new Text(mFormat.commentSign));
+        .setHelp("what begins a comment, which reaches to the end of the line: a text, hash for #, or none [hash]")
+        .setArg("text", new Text("hash"));
     defineOption("suffix", 0, false)
         .setHelp("take only files with one of these suffixes from directories, as in txt,dat")
         .setArg("list", new TextList);
+    defineOption("sample", 0, false)
+        .setHelp("a file of the data that come with the tool, as in michelson-1879.txt; in front of the others")
+        .setArg("name", new Text);
     defineExclusion(csv, delimiter);
+    defineExclusion(header, noHeader);
 }
 
 void SeriesStat::defineReportOptions()
 {
-    // A number without its quantity and unit is no result, so the report does not come without them.
-    defineOption("quantity", 'q', true)
+    defineOption("quantity", 'q', false)
         .setHelp("what was measured, with its unit, as in \"time / s\"; the head of the report")
         .setArg("text", new Text);
-    auto statistics = std::make_unique<TextList>();
-    for (const std::string& name : statisticNames()) {
-        statistics->add(Text(name));
-    }
     defineOption("stats", 's', false)
         .setHelp("the statistics to print, in this order, as in mean,sd [all]")
-        .setArg("list", statistics.release());
+        .setArg("list", new TextList);
     defineOption("digits", 0, false)
         .setHelp("significant digits of the numbers, 1 to 17 [15]")
         .setArg("number", new WholeNumber(15));
+}
+
+void SeriesStat::defineConfigurationOptions()
+{
+    defineOption("config-file", 0, false)
+        .setHelp("the name of the configuration, without directories [seriesstat.ini]")
+        .setArg("name", new Text);
+    defineOption("remember", 0, false)
+        .setHelp("store the given quantity in the user's configuration, so that it need not be given again");
 }
 
 bool SeriesStat::isGiven(const std::string& option) const
@@ -110,69 +117,94 @@ std::string SeriesStat::textOf(const std::string& option) const
 
 std::vector<std::string> SeriesStat::listOf(const std::string& option) const
 {
-    const KelvoBase::Any& list = *findOption(option)->getValue();
-    std::vector<std::string> texts;
-    for (unsigned int i = 0; i < list.size(); ++i) {
-        texts.push_back(list[i].toString(","));
-    }
-    return texts;
+    return elementsOf(*findOption(option)->getValue());
 }
 
 void SeriesStat::postParseInit()
 {
-    check(nPositional() > 0, "Which series? Give at least one file or directory.");
-    std::string quantity = textOf("quantity");
-    KelvoBase::trim(quantity);
-    check(!quantity.empty(), "Option --quantity has to say what was measured.");
-    takeFormat();
-    takeWanted();
-    mDigits = findOption("digits")->getValue()->toInt();
-    check(mDigits >= 1 && mDigits <= maxDigits, "Option --digits goes from 1 to " + std::to_string(maxDigits) + ".");
+    checkCommandLine();
+    takeConfiguration();
+    takeOptions();
+    checkSettings();
 }
 
-void SeriesStat::takeFormat()
+void SeriesStat::checkCommandLine() const
 {
-    mFormat.commentSign = textOf("comment");
-    check(mFormat.commentSign.empty() || mFormat.commentSign.find_first_not_of(numberBytes) != std::string::npos,
-          "Option --comment: \"" + mFormat.commentSign + "\" can be a part of a number.");
-    mFormat.header = isGiven("header");
-    takeColumns();
+    check(nPositional() > 0 || isGiven("sample"), "Which series? Give at least one file or directory, or --sample.");
+    check(!isGiven("remember") || isGiven("quantity"),
+          "What should be remembered? --remember stores what --quantity says.");
+    if (isGiven("config-file")) {
+        const std::string name = textOf("config-file");
+        check(!name.empty() && name.find_first_of("/\\:\"") == std::string::npos,
+              "Option --config-file takes the bare name of a file, which is searched in directories of its own.");
+    }
 }
 
-void SeriesStat::takeColumns()
+std::string SeriesStat::configurationName() const
 {
-    mFormat.column = findOption("column")->getValue()->toInt();
-    check(!isGiven("column") || mFormat.column > 0, "Option --column counts from 1.");
+    return isGiven("config-file") ? textOf("config-file") : getAppName() + ".ini";
+}
+
+/// The configuration, null if there is no file of it. One that was asked for has to be there.
+const KelvoBase::ConfigFile* SeriesStat::configuration()
+{
+    try {
+        return getConfigFile();
+    } catch (const KelvoBase::FileNotReadableException&) {
+        if (isGiven("config-file")) {
+            throw KelvoBase::FileNotFoundException(configurationName(), searchedPlaces());
+        }
+        return nullptr;
+    }
+}
+
+void SeriesStat::takeConfiguration()
+{
+    if (const KelvoBase::ConfigFile* config = configuration()) {
+        configure(mSettings, *config, configurationName());
+    }
+}
+
+void SeriesStat::takeOption(const std::string& key, const std::vector<std::string>& values)
+{
+    const std::string fault = take(mSettings, *findSetting(key), values);
+    check(fault.empty(), "Option --" + key + ": " + fault);
+}
+
+void SeriesStat::takeOptions()
+{
+    for (const Setting& setting : allSettings()) {
+        const std::string key(setting.key);
+        if (setting.form != Form::flag && isGiven(key)) {
+            takeOption(key, listOf(key));
+        }
+    }
     if (isGiven("csv")) {
-        mFormat.delimiters = ",";
-        mFormat.quotes = true;
-    } else if (isGiven("delimiter")) {
-        mFormat.delimiters = textOf("delimiter");
-        check(!mFormat.delimiters.empty(), "Option --delimiter needs at least one character.");
-        check(mFormat.delimiters.find_first_of(numberBytes) == std::string::npos,
-              "Option --delimiter: \"" + mFormat.delimiters + "\" has a character that can be a part of a number.");
+        takeOption("delimiter", {"csv"});
     }
-    check(mFormat.delimiters.empty() || mFormat.column > 0,
-          "Which column? With --csv or --delimiter, --column has to be given.");
+    if (isGiven("header") || isGiven("no-header")) {
+        takeOption("header", {isGiven("header") ? "yes" : "no"});
+    }
 }
 
-void SeriesStat::takeWanted()
+void SeriesStat::checkSettings() const
 {
-    for (const std::string& name : listOf("stats")) {
-        const Statistic* statistic = findStatistic(name);
-        check(statistic != nullptr,
-              "Unknown statistic \"" + name + "\". Known are " + KelvoBase::join(statisticNames(), ", ") + ".");
-        mWanted.push_back(statistic);
-    }
+    check(!mSettings.quantity.empty(), noQuantity);
+    const SeriesFormat& format = mSettings.format;
+    const bool partsColumns = (isGiven("csv") || isGiven("delimiter")) && !format.delimiters.empty();
+    check(!partsColumns || format.column > 0, "Which column? With --csv or --delimiter, --column has to be given.");
 }
 
 std::vector<ResourceLocation> SeriesStat::inputFiles() const
 {
     const std::vector<std::string> suffixes = listOf("suffix");
     std::vector<ResourceLocation> files;
+    if (isGiven("sample")) {
+        files.push_back(System::instance().getAppFile(textOf("sample")));
+    }
     for (unsigned int i = 0; i < nPositional(); ++i) {
         const std::vector<ResourceLocation> found = filesOf(getPositional(i), suffixes);
-        progress(TraceArea::App()) << getPositional(i) << ": " << found.size() << " files" << std::endl;
+        readingProgress() << getPositional(i) << ": " << found.size() << " files" << std::endl;
         files.insert(files.end(), found.begin(), found.end());
     }
     return files;
@@ -181,27 +213,39 @@ std::vector<ResourceLocation> SeriesStat::inputFiles() const
 std::string SeriesStat::summaryText(const ResourceLocation& file) const
 {
     const std::string name = nativePath(file);
-    progress(TraceArea::App()) << "reading " << name << std::endl;
-    const std::vector<DoubleDouble> values = readSeriesFile(file, mFormat);
-    progress(TraceArea::Numerics()) << name << ": summarizing " << values.size() << " values" << std::endl;
+    readingProgress() << "reading " << name << std::endl;
+    const std::vector<DoubleDouble> values = readSeriesFile(file, mSettings.format);
+    summaryProgress() << name << ": summarizing " << values.size() << " values" << std::endl;
     const Summary summary = summarize(values);
     if (summary.deviation && !std::isfinite(*summary.deviation)) {
         throw KelvoBase::RuntimeException(name + ": The standard deviation is out of the range of numbers.");
     }
-    return reportOf(name, summary, mWanted, mDigits);
+    return reportOf(name, summary, mSettings.statistics, mSettings.digits);
 }
 
 int SeriesStat::runMain()
 {
-    std::string report = textOf("quantity") + "\n";
+    std::string report = mSettings.quantity + "\n";
     for (const ResourceLocation& file : inputFiles()) {
         report += "\n" + summaryText(file);
     }
     report.pop_back(); // `message` ends the last line
+    if (isGiven("remember")) {
+        remember();
+    }
     message(report);
     std::cout.flush();
     check(std::cout.good(), "The report could not be written.");
     return 0;
+}
+
+/// Tells on standard error where the quantity is, so that the output is the report alone.
+void SeriesStat::remember() const
+{
+    const std::string file = rememberQuantity(configurationName(), mSettings.quantity);
+    if (KelvoBase::haveCerr) {
+        std::cerr << "The quantity is remembered in \"" << file << "\"." << std::endl;
+    }
 }
 
 } // namespace seriesstat

@@ -3,7 +3,7 @@
 /// \file
 /// The tool: its command line and the road from there to the report.
 
-#include "SeriesReader.h"
+#include "Settings.h"
 
 #include <kelvobase/Application.h>
 
@@ -13,12 +13,11 @@
 namespace seriesstat
 {
 
-struct Statistic;
-
 /// Prints descriptive statistics of measured series.
 ///
 /// All files are read and all results are there before the first line of the report is written: what appears on
-/// standard output is complete, and whatever fails leaves it empty.
+/// standard output is complete, and whatever fails leaves it empty. The configuration is only written where the user
+/// asks for it.
 class SeriesStat : public KelvoBase::Application
 {
 public:
@@ -30,19 +29,23 @@ public:
 private:
     void defineInputOptions();
     void defineReportOptions();
-    void takeFormat();
-    void takeColumns();
-    void takeWanted();
+    void defineConfigurationOptions();
+    void checkCommandLine() const;
+    void takeConfiguration();
+    void takeOptions();
+    void takeOption(const std::string& key, const std::vector<std::string>& values);
+    void checkSettings() const;
 
     bool isGiven(const std::string& option) const;
     std::string textOf(const std::string& option) const;
     std::vector<std::string> listOf(const std::string& option) const;
+    std::string configurationName() const;
+    const KelvoBase::ConfigFile* configuration();
     std::vector<KelvoBase::ResourceLocation> inputFiles() const;
     std::string summaryText(const KelvoBase::ResourceLocation& file) const;
+    void remember() const;
 
-    SeriesFormat mFormat;
-    std::vector<const Statistic*> mWanted; // raw: they live as long as the program
-    int mDigits = 0;
+    Settings mSettings;
 };
 
 } // namespace seriesstat

@@ -2,15 +2,26 @@
 # Shows what seriesstat does, on the data beside this script. Fails where the program does not do what it should.
 #
 #     demo.sh BUILD_DIRECTORY
+#
+# It installs the tool in a temporary directory, which also stands for the user's home: nothing else is touched.
 set -eu
 
-if [ $# -ne 1 ] || [ ! -x "$1/examples/seriesstat/seriesstat" ]; then
-    echo "usage: $0 BUILD_DIRECTORY (there is no program $1/examples/seriesstat/seriesstat)" >&2
+if [ $# -ne 1 ] || [ ! -x "$1/examples/seriesstat/bin/seriesstat" ]; then
+    echo "usage: $0 BUILD_DIRECTORY (there is no program $1/examples/seriesstat/bin/seriesstat)" >&2
     exit 2
 fi
-PATH=$(cd "$1/examples/seriesstat" && pwd):$PATH
-export PATH
+scratch=$(mktemp -d)
+scratch=$(cd "$scratch" && pwd -P)
+trap 'rm -rf "$scratch"' EXIT
+trap 'exit 1' HUP INT TERM
+HOME=$scratch/home
+XDG_CONFIG_HOME=$HOME/.config
+export HOME XDG_CONFIG_HOME
+mkdir -p "$XDG_CONFIG_HOME"
+unset DRAVO2_BASEDIR DRAVO2_INSTDIR HOMEDRIVE HOMEPATH
+build=$(cd "$1" && pwd)
 cd "$(dirname "$0")"
+lab=$scratch/lab
 quantity='speed of light in air / (1000 km/s)'
 
 title()
@@ -50,6 +61,30 @@ refused()
     fi
 }
 
+# expect LINE COMMAND...: as show, and the report has to have that line.
+expect()
+{
+    line=$1
+    shift
+    display "$@"
+    output=$("$@")
+    printf '%s\n' "$output"
+    if ! printf '%s\n' "$output" | grep -qxF -- "$line"; then
+        echo "demo: there should have been the line '$line'" >&2
+        exit 1
+    fi
+}
+
+# configure FILE LINE...: writes a file and shows it.
+configure()
+{
+    file=$1
+    shift
+    mkdir -p "$(dirname "$file")"
+    printf '%s\n' "$@" >"$file"
+    show cat "$file"
+}
+
 # statistic NAME FILE: one number out of the report.
 statistic()
 {
@@ -67,6 +102,12 @@ compare()
     fi
     printf '%-26s%-6s%-21s%-21s%s\n' "$1" "$2" "$computed" "$3" "$verdict"
 }
+
+title 'An installation'
+cmake --install "$build" --prefix "$lab" >/dev/null
+show cmake --install "$build" --prefix "$lab" --component seriesstat
+PATH=$lab/bin:$PATH
+export PATH
 
 title 'What it can do'
 show seriesstat --help
@@ -101,3 +142,48 @@ fi
 title 'Bad input: one message, status 1, no result'
 refused seriesstat -q "$quantity" data/michelson-1879.txt data/michelson-1879.csv 2>&1
 refused seriesstat -q "$quantity" data/no-such-file.txt 2>&1
+
+mkdir "$scratch/project"
+cd "$scratch/project"
+title 'Data that come with the tool, from wherever it was installed'
+expect "$lab/share/seriesstat/michelson-1879.txt" \
+    seriesstat -q "$quantity" --stats=mean,sd --sample=michelson-1879.txt
+
+title 'Who wins: the installation'
+configure "$lab/etc/seriesstat.ini" '[report]' 'digits = 6' 'stats = mean, sd'
+expect '  mean                   299.852' seriesstat -q "$quantity" --sample=michelson-1879.txt
+
+title 'Who wins: the working directory over the installation, key by key'
+configure etc/seriesstat.ini '[report]' 'digits = 8'
+expect '  mean                   299.85240' seriesstat -q "$quantity" --sample=michelson-1879.txt
+
+title 'Who wins: the user over both'
+configure "$XDG_CONFIG_HOME/dravo2/etc/seriesstat.ini" '[report]' 'digits = 4   # enough for me'
+expect '  mean                   299.9' seriesstat -q "$quantity" --sample=michelson-1879.txt
+
+title 'Who wins: the command line over all of them'
+expect '  median                 299.85000' \
+    seriesstat -q "$quantity" --digits=8 --stats=median --sample=michelson-1879.txt
+
+title 'A mistake in a file: one message, status 1, no result'
+configure etc/seriesstat.ini '[report]' 'digit = 8'
+refused seriesstat -q "$quantity" --sample=michelson-1879.txt 2>&1
+rm -r etc
+
+title 'A report needs a quantity, and can remember it'
+refused seriesstat --sample=michelson-1879.txt 2>&1
+show seriesstat --remember -q "$quantity" --sample=michelson-1879.txt
+show cat "$XDG_CONFIG_HOME/dravo2/etc/seriesstat.ini"
+expect "$quantity" seriesstat --sample=michelson-1879.txt
+
+title 'Trace areas of the tool, and one of the user'
+show seriesstat --trace-level=verbose --trace-area=SeriesSummary --sample=michelson-1879.txt
+configure "$XDG_CONFIG_HOME/dravo2/etc/TraceAreas.ini" '[TraceMainAreas]' Mine '[TraceSubAreas]' \
+    'SeriesReading = Mine' 'SeriesSummary = Mine'
+show seriesstat --trace-level=verbose --trace-area=Mine --sample=michelson-1879.txt
+
+title 'The installation can be moved'
+show mv "$lab" "$scratch/moved"
+PATH=$scratch/moved/bin:$PATH
+hash -r
+expect "$scratch/moved/share/seriesstat/michelson-1879.txt" seriesstat --sample=michelson-1879.txt

@@ -139,33 +139,59 @@ TEST(SeriesStatTest, WhatCannotBeFoundEndsTheRunWithoutAnyResult)
 TEST(SeriesStatTest, BadCommandLineEndsTheRun)
 {
     expectFaults({
-        {{"good.txt"}, "Option --quantity has to be given."},
-        {{"-qx"}, "Which series? Give at least one file or directory."},
-        {{"-qx", "g"}, "Which series? Give at least one file or directory."},
-        {{"--quantity= ", "good.txt"}, "Option --quantity has to say what was measured."},
+        {{"good.txt"},
+         "Option --quantity has to be given, or \"quantity\" set in section \"report\" of the configuration: a number "
+         "without its quantity and unit is no result."},
+        {{"-qx"}, "Which series? Give at least one file or directory, or --sample."},
+        {{"-qx", "g"}, "Which series? Give at least one file or directory, or --sample."},
+        {{"--quantity= ", "good.txt"},
+         "Option --quantity: \" \" does not fit. Expected is what was measured, with its unit."},
         {{"-qx", "--csv", "--delimiter=;", "-c1", "good.txt"},
          "One cannot specify \"--csv\" together with \"--delimiter\" !"},
         {{"-qx", "--csv", "good.txt"}, "Which column? With --csv or --delimiter, --column has to be given."},
         {{"-qx", "--delimiter=;", "good.txt"}, "Which column? With --csv or --delimiter, --column has to be given."},
-        {{"-qx", "--delimiter=", "-c1", "good.txt"}, "Option --delimiter needs at least one character."},
+        {{"-qx", "--delimiter=", "-c1", "good.txt"},
+         "Option --delimiter: \"\" does not fit. Expected is blanks, tab, csv, or characters that are neither letters "
+         "nor a part of a number."},
         {{"-qx", "--delimiter=;.", "-c1", "good.txt"},
-         "Option --delimiter: \";.\" has a character that can be a part of a number."},
-        {{"-qx", "--comment=-", "good.txt"}, "Option --comment: \"-\" can be a part of a number."},
-        {{"-qx", "-c0", "good.txt"}, "Option --column counts from 1."},
-        {{"-qx", "-c", "-1", "good.txt"}, "Option --column counts from 1."},
+         "Option --delimiter: \";.\" does not fit. Expected is blanks, tab, csv, or characters that are neither "
+         "letters nor a part of a number."},
+        {{"-qx", "--header", "--no-header", "good.txt"},
+         "One cannot specify \"--header\" together with \"--no-header\" !"},
+        {{"-qx", "--comment=-", "good.txt"},
+         "Option --comment: \"-\" does not fit. Expected is none, hash for the sign #, or a text that is no part of a "
+         "number."},
+        {{"-qx", "-c", "-1", "good.txt"},
+         "Option --column: \"-1\" does not fit. Expected is a column, counted from 1, or 0 for lines of one number."},
         {{"-qx", "-c2,3", "good.txt"}, "Could not convert \"2,3\" to the needed type \"int\""},
         {{"-qx", "-c", "good.txt"}, "Could not convert \"good.txt\" to the needed type \"int\""},
-        {{"-qx", "--digits=0", "good.txt"}, "Option --digits goes from 1 to 17."},
-        {{"-qx", "--digits=18", "good.txt"}, "Option --digits goes from 1 to 17."},
+        {{"-qx", "--digits=0", "good.txt"},
+         "Option --digits: \"0\" does not fit. Expected is a whole number from 1 to 17."},
+        {{"-qx", "--digits=18", "good.txt"},
+         "Option --digits: \"18\" does not fit. Expected is a whole number from 1 to 17."},
         {{"-qx", "--digits=", "good.txt"}, "Could not convert \"\" to the needed type \"int\""},
         {{"-qx", "--digits=99999999999", "good.txt"}, "Could not convert \"99999999999\" to the needed type \"int\""},
         {{"-qx", "--stats=mean,mode", "good.txt"},
-         "Unknown statistic \"mode\". Known are count, mean, sd, lag1, min, q1, median, q3, max."},
+         "Option --stats: \"mean, mode\" does not fit. Expected is all, or some of count, mean, sd, lag1, min, q1, "
+         "median, q3, max."},
         {{"-qx", "--stats=", "good.txt"},
-         "Unknown statistic \"\". Known are count, mean, sd, lag1, min, q1, median, q3, max."},
+         "Option --stats: \"\" does not fit. Expected is all, or some of count, mean, sd, lag1, min, q1, median, q3, "
+         "max."},
         {{"-qx", "--sort", "good.txt"}, "Unknown option sort!"},
         {{"-qx", "--trace-level=loud", "good.txt"}, "Tracelevel loud unknown."},
     });
+}
+
+TEST(SeriesStatTest, ZeroIsTheColumnOfLinesOfOneNumber)
+{
+    const ChildResult run = runSeriesStat({"-qx", "-smean", "--digits=2", "-c0", "good.txt"}, badData().path());
+    EXPECT_EQ("x\n\ngood.txt\n  mean                   1.5\n", run.out);
+    EXPECT_EQ("", run.err);
+}
+
+TEST(SeriesStatTest, BlanksNeedNoColumn)
+{
+    EXPECT_EQ(0, runSeriesStat({"-qx", "--delimiter=blanks", "good.txt"}, badData().path()).status);
 }
 
 TEST(SeriesStatTest, FileOfOneCharacterStandsBehindTwoDashes)

@@ -71,12 +71,6 @@ std::string_view trimmed(std::string_view text)
     return text;
 }
 
-/// As `find_first_of`, with a quicker way for the usual one-byte set.
-std::string_view::size_type findAny(std::string_view text, std::string_view set)
-{
-    return set.size() == 1 ? text.find(set.front()) : text.find_first_of(set);
-}
-
 /// Whether a line is looked at. Required: the test is made before trimming. Made behind it, lines of blanks and
 /// indented comments would store nothing, and files would lose an entry that tools see today.
 bool isLookedAt(std::string_view line, char commentSign)
@@ -167,7 +161,7 @@ public:
     std::unique_ptr<Any> make(std::string_view text)
     {
         mPieces.clear();
-        if (findAny(text, quoteMark) == std::string_view::npos) {
+        if (findAnyOf(text, quoteMark) == std::string_view::npos) {
             addPieces(text);
         } else {
             addTokens(text);
@@ -183,11 +177,11 @@ private:
     /// What `addTokens` adds for a text without quotes; an empty text is one piece here.
     void addPieces(std::string_view text)
     {
-        auto cut = findAny(text, mListSeperator);
+        auto cut = findAnyOf(text, mListSeperator);
         while (cut != std::string_view::npos) {
             mPieces.push_back(trimmed(text.substr(0, cut)));
             text.remove_prefix(cut + 1);
-            cut = findAny(text, mListSeperator);
+            cut = findAnyOf(text, mListSeperator);
         }
         mPieces.push_back(trimmed(text));
     }
@@ -345,7 +339,7 @@ private:
 
     void takeEntry(std::string_view line)
     {
-        const auto hit = findAny(line, mSeperator);
+        const auto hit = findAnyOf(line, mSeperator);
         if (hit == std::string_view::npos) {
             mPending.addFlag(line);
             return;

@@ -4,12 +4,13 @@
 /// What the string toolkit's sources share: searches for bytes of a set, and the failure of a cut behind the end.
 
 #include <string>
+#include <string_view>
 
 namespace KelvoBase
 {
 
 /// The first byte of `set` at or behind `pos`; as `find_first_of`, with a quicker way for the usual one-byte set.
-inline std::string::size_type findAnyOf(const std::string& s, const std::string& set, std::string::size_type pos)
+inline std::string::size_type findAnyOf(std::string_view s, std::string_view set, std::string::size_type pos = 0)
 {
     if (set.size() != 1) {
         return s.find_first_of(set, pos);

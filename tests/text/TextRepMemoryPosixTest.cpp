@@ -1,0 +1,110 @@
+/// \file
+/// Exhausted memory while something is appended: every allocation of an append fails once, and neither changes the text
+/// nor loses a block.
+
+#include <kelvobase/TextFormatter.h>
+#include <kelvobase/TextRep.h>
+
+#include <gtest/gtest.h>
+
+#include <cstddef>
+#include <cstdlib>
+#include <new>
+#include <string>
+
+namespace
+{
+
+long blocks = 0;        // alive
+long untilRefusal = -1; // allocations that still succeed; negative: all do
+
+} // namespace
+
+void* operator new(std::size_t size)
+{
+    if (untilRefusal == 0) {
+        throw std::bad_alloc();
+    }
+    if (untilRefusal > 0) {
+        --untilRefusal;
+    }
+    void* block = std::malloc(size);
+    if (block == nullptr) {
+        throw std::bad_alloc();
+    }
+    ++blocks;
+    return block;
+}
+
+void operator delete(void* block) noexcept
+{
+    blocks -= block != nullptr ? 1 : 0;
+    std::free(block);
+}
+
+void operator delete(void* block, std::size_t) noexcept
+{
+    operator delete(block);
+}
+
+namespace KelvoBase::test
+{
+
+namespace
+{
+
+std::string html(const TextRep& rep)
+{
+    HtmlTextFormatter out;
+    rep.flush(&out);
+    return out.str();
+}
+
+/// Fails the first, second, ... allocation of `append` until it succeeds; returns how many there are.
+template <typename Append>
+long failEachAllocation(const Append& append)
+{
+    TextRep rep;
+    rep << "before";
+    const std::string expected = html(rep);
+    for (long allowed = 0;; ++allowed) {
+        const long alive = blocks;
+        untilRefusal = allowed;
+        try {
+            append(rep);
+            untilRefusal = -1;
+            return allowed;
+        } catch (const std::bad_alloc&) {
+            untilRefusal = -1;
+        }
+        EXPECT_EQ(blocks, alive) << "lost in attempt " << allowed;
+        EXPECT_EQ(html(rep), expected);
+    }
+}
+
+TEST(TextRepMemory, FailedAppendChangesAndLosesNothing)
+{
+    const std::string text(100, 'x');
+    // At least the token and its place in the list; a long text has a block of its own.
+    EXPECT_GE(failEachAllocation([&](TextRep& rep) { rep << text; }), 3);
+    EXPECT_GE(failEachAllocation([&](TextRep& rep) { rep << text.c_str(); }), 3);
+    EXPECT_GE(failEachAllocation([](TextRep& rep) { rep << 17u; }), 2);
+    EXPECT_GE(failEachAllocation([](TextRep& rep) { rep << TextTag::b(); }), 2);
+    EXPECT_GE(failEachAllocation([](TextRep& rep) { rep << TextTag::em(); }), 2);
+    EXPECT_GE(failEachAllocation([](TextRep& rep) { rep << TextTag::end(); }), 2);
+}
+
+TEST(TextRepMemory, DestructionReleasesAllTokens)
+{
+    const long before = blocks;
+    {
+        TextRep rep;
+        rep << std::string(100, 'x') << 1u << TextTag::b() << TextTag::em() << TextTag::end() << TextTag::end();
+        EXPECT_GT(blocks, before);
+    }
+    EXPECT_EQ(blocks, before);
+}
+
+} // namespace
+
+} // namespace KelvoBase::test

@@ -31,6 +31,8 @@ run_one() {
         --leak-check=full --errors-for-leak-kinds=definite,indirect,possible \
         --num-callers=30 --child-silent-after-fork=yes --log-file="$log.valgrind" \
         "$program" >"$log.output" 2>&1 </dev/null || status=$?
+    # A system call that valgrind does not know fails as on a system that has none; its five lines are no fault.
+    sed -i '/ WARNING: unhandled [a-z0-9-]* syscall: /,+4d' "$log.valgrind"
     if [ "$status" -ne 0 ] || [ -s "$log.valgrind" ]; then
         printf '%s: status %s\n' "$(basename "$program")" "$status"
         cat "$log.valgrind"

@@ -8,6 +8,7 @@
 #include <kelvobase/Time.h>
 
 #include <cstdint>
+#include <map>
 #include <string>
 #include <typeinfo>
 #include <vector>
@@ -205,9 +206,77 @@ public:
     /// The latest signal since the last reset; 0 if none came.
     int signalReceived() const;
 
+    /// \name Libraries loaded at run time
+    /// A library is known by its key, the `basename()` of the location that it was loaded from:
+    ///
+    ///     C:\x\solver.so  => "solver"
+    ///     C:\x\libm.so.6  => "libm.so"
+    ///
+    /// Required: a library that nobody releases stays loaded until the process ends, behind the end of this
+    /// object too.
+    /// @{
+    /// Loads a library with all it needs. Linux: its symbols are bound at once and not seen by other libraries; a name
+    /// without a directory that the working directory does not hold is left to the loader's own search. Throws
+    ///   - `OperationFailedException("Library already loaded: " + library.str())` if the key is taken.
+    ///     Required: by whatever library, also one of another directory or ending,
+    ///   - `NotAFileException` for a location that is not local,
+    ///   - `OperationFailedException` if it cannot be loaded; an empty location cannot. The text has two lines with a
+    ///     line end each, the second one in the system's words, on Linux in the loader's:
+    ///
+    ///         Cannot load Library: C:\x\solver.so
+    ///         /x/solver.so: cannot open shared object file: No such file or directory
+    void libraryLoad(const ResourceLocation& library);
+    /// The address of a function or an object of the library with that key. Valid until the library is released.
+    /// Throws `OperationFailedException`:
+    ///   - "Cannot access symbol because library is not loaded: " and the key,
+    ///   - two lines if there is no such symbol, as `libraryLoad` has them; the first one is
+    ///     `Cannot access symbol "SYMBOL" from Library: KEY`.
+    void* librarySymbol(const std::string& library, const std::string& symbol);
+    /// Releases the library with that key and forgets the key; nothing happens if there is none.
+    /// Required: the line "Result of FreeLibrary: 1", or 0 for a failure, goes to the trace in either case
+    /// (`Trace::fail`, all areas).
+    void libraryFree(const std::string& library);
+    /// Releases all libraries in the order of their keys. Required: the keys stay. So none of these libraries
+    /// can be loaded again until `libraryFree` has forgotten its key, and a symbol of one is refused as missing (Linux:
+    /// "shared object not open"), not because the library is not loaded.
+    void libraryFreeAll();
+    /// @}
+
+    /// Runs a command and waits until it has closed its output. `output` receives what it wrote to its standard output
+    /// and its standard error, in the order written, without the last line end; it may be `command` itself, and who
+    /// does not want it passes `System::defaultCmdOutput`. The command has no standard input. Gives its exit code.
+    ///
+    ///     execute("sh -c 'echo out; echo err >&2; exit 3'", output)   // 3, output "out\nerr"
+    ///
+    /// Linux: the command line is split into words as a shell does it, by blanks, quotation marks and backslashes;
+    /// there is no shell, and nothing is expanded. The program is a native path or a name that is found on `PATH`. It
+    /// inherits environment and working directory and starts with all signals unblocked, SIGPIPE and SIGCHLD not
+    /// ignored; what else this process ignores it ignores as well. A command ended by signal n gives 128 + n. `output`
+    /// is binary.
+    ///
+    /// Required: the end of the output is all that is waited for (Linux: and up to a quarter of a second more).
+    /// A command that closed it and runs on has the exit code 259; one that handed it on to a process of its own is
+    /// waited for until that closes it.
+    /// Required: what is cut off is one line end and nothing else, so empty lines in front of it stay; on
+    /// Windows it is the last two characters, whatever they are, and a single one stays.
+    ///
+    /// Throws `OperationFailedException`
+    ///   - "Error while creating pipe for child process",
+    ///   - `Can't create process: (2):No such file or directory`: code and text of the system.
+    ///     Required: there is no blank in front of the text, here and below.
+    ///     Required: both ends of the pipe stay open up to the end of this process,
+    ///   - `Could not get exit code from process: (10):No child processes`. Linux: if this process ignores SIGCHLD or
+    ///     waits for all its children in a handler. `output` then holds all that was read.
+    ///
+    /// Linux: a command that ran on is waited for, without blocking, when the next one starts; the system does so for
+    /// those that are left when this process ends.
+    int execute(const std::string& command, std::string& output) const;
+
 private:
     System();
     ~System();
+
+    std::map<std::string, std::uintptr_t> mLibraries; // modules by key; also released ones, see libraryFreeAll
 
     mutable std::string mHostName;                     // empty: not found yet
     mutable std::string mUserName;                     // empty: not found yet

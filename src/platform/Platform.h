@@ -12,6 +12,7 @@
 
 #include <kelvobase/Time.h>
 
+#include <cstddef>
 #include <cstdint>
 #include <optional>
 #include <string>
@@ -120,5 +121,44 @@ void stopNetwork() noexcept;
 Time::Mtime_t now() noexcept;
 /// Puts NAME=VALUE into the environment; `assignment` belongs to the environment from then on and is never released.
 void putEnvironment(char* assignment);
+
+// Libraries loaded at run time. One that fails leaves its reason where `takeLoaderText` finds it, or `takeLastError`.
+
+/// A library that was loaded, as the port counts it; 0 is none. One that was released is known to be: asking it for a
+/// symbol, or releasing it again, fails and does nothing else.
+using Module = std::uintptr_t;
+/// Loads a library with all it needs; 0 if that fails.
+Module loadLibrary(const std::string& path);
+/// The address of a symbol; null if there is none.
+void* findSymbol(Module module, const std::string& symbol);
+/// Takes one load of a library back.
+bool freeLibrary(Module module);
+/// Why the latest of these operations failed, in the words of the loader, which forgets them; nothing if it has none.
+std::optional<std::string> takeLoaderText();
+
+// Child processes
+
+/// One end of a pipe, or a child process, as the system numbers it.
+using Handle = std::intptr_t;
+struct Pipe
+{
+    Handle readEnd;
+    Handle writeEnd;
+};
+/// The exit code of a child that has not ended.
+constexpr int stillRunning = 259;
+/// A pipe that reaches no child but as its output (`startProcess`).
+std::optional<Pipe> openPipe();
+void closePipeEnd(Handle end) noexcept;
+/// Reads what is there, waiting for the first byte of it; 0 if the other end was closed, or on a failure.
+std::size_t readPipe(Handle readEnd, char* buffer, std::size_t size);
+/// Starts a command line, without a shell; both its output and its errors go to `output`, and it has no input.
+std::optional<Handle> startProcess(const std::string& command, Handle output);
+/// The exit code of a child that has closed its output: of one that is about to end, or `stillRunning`.
+std::optional<int> exitCode(Handle process);
+/// Ends the interest in a child, whether it runs on or not.
+void closeProcess(Handle process) noexcept;
+/// How many bytes at the end of a child's output are its last line end.
+std::size_t lineEndLength(std::string_view output) noexcept;
 
 } // namespace KelvoBase::platform

@@ -58,6 +58,7 @@ System::System()
 
 System::~System()
 {
+    // Required: no library is released here. What tools have made from one is often destroyed later than this.
     platform::stopNetwork();
 }
 

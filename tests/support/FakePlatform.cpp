@@ -88,6 +88,12 @@ std::optional<std::string> folderOf(platform::Folder folder)
     return path;
 }
 
+/// The blind cut: the line end of the system has two bytes, so it is taken for granted.
+std::size_t blindLineEnd(std::string_view output)
+{
+    return output.size() >= 2 ? 2 : 0;
+}
+
 template <typename Container>
 bool removeEntry(Container& entries, const std::string& path)
 {
@@ -111,7 +117,7 @@ FakePlatform::FakePlatform()
       isSameFile([](const std::string& a, const std::string& b) { return a == b && kindOf(a) == EntryKind::file; }),
       fileSize(sizeOf), listDirectory(listEntries), userFolder(folderOf), programPath("C:\\fake\\bin\\tool"),
       userName("user"), hostName("host"), addresses([](const std::string&) { return std::vector<std::uint32_t>{}; }),
-      osName("Fake 1.0 Build #1")
+      osName("Fake 1.0 Build #1"), lineEndLength(blindLineEnd)
 {
 }
 
@@ -274,6 +280,104 @@ Time::Mtime_t now() noexcept
 void putEnvironment(char* assignment)
 {
     fakePlatform().environment.push_back(assignment);
+}
+
+Module loadLibrary(const std::string& path)
+{
+    test::FakePlatform& fake = fakePlatform();
+    if (!fake.libraries.contains(path)) {
+        fake.fail(test::FakePlatform::notFound);
+        return 0;
+    }
+    fake.modules[++fake.lastModule] = path;
+    return fake.lastModule;
+}
+
+void* findSymbol(Module module, const std::string& symbol)
+{
+    test::FakePlatform& fake = fakePlatform();
+    const auto loaded = fake.modules.find(module);
+    if (loaded == fake.modules.end() || !fake.libraries[loaded->second].contains(symbol)) {
+        fake.fail(test::FakePlatform::notFound);
+        return nullptr;
+    }
+    return fake.libraries[loaded->second][symbol];
+}
+
+bool freeLibrary(Module module)
+{
+    test::FakePlatform& fake = fakePlatform();
+    const auto loaded = fake.modules.find(module);
+    if (loaded == fake.modules.end()) {
+        return fake.fail(test::FakePlatform::notFound);
+    }
+    fake.freedLibraries.push_back(loaded->second);
+    fake.modules.erase(loaded);
+    fake.onFree();
+    return true;
+}
+
+std::optional<std::string> takeLoaderText()
+{
+    return std::exchange(fakePlatform().loaderText, std::nullopt);
+}
+
+std::optional<Pipe> openPipe()
+{
+    test::FakePlatform& fake = fakePlatform();
+    if (!fake.pipeOpens) {
+        fake.fail(test::FakePlatform::accessDenied);
+        return std::nullopt;
+    }
+    const Handle readEnd = fake.open();
+    return Pipe{readEnd, fake.open()};
+}
+
+void closePipeEnd(Handle end) noexcept
+{
+    fakePlatform().openHandles.erase(end);
+}
+
+std::size_t readPipe(Handle /*readEnd*/, char* buffer, std::size_t size)
+{
+    test::FakePlatform& fake = fakePlatform();
+    fake.onRead();
+    fake.readSizes.push_back(size);
+    const std::size_t count = fake.commandOutput.copy(buffer, size);
+    fake.commandOutput.erase(0, count);
+    return count;
+}
+
+std::optional<Handle> startProcess(const std::string& command, Handle /*output*/)
+{
+    test::FakePlatform& fake = fakePlatform();
+    const auto found = fake.commands.find(command);
+    if (found == fake.commands.end()) {
+        fake.lastError = fake.startError.value_or(fake.lastError);
+        return std::nullopt;
+    }
+    fake.commandOutput = found->second.output;
+    fake.commandExitCode = found->second.exitCode;
+    return fake.open();
+}
+
+std::optional<int> exitCode(Handle /*process*/)
+{
+    test::FakePlatform& fake = fakePlatform();
+    if (!fake.commandExitCode) {
+        fake.fail(test::FakePlatform::accessDenied);
+    }
+    return fake.commandExitCode;
+}
+
+void closeProcess(Handle process) noexcept
+{
+    fakePlatform().openHandles.erase(process);
+}
+
+std::size_t lineEndLength(std::string_view output) noexcept
+{
+    return fakePlatform().lineEndLength(output);
 }
 
 } // namespace KelvoBase::platform

@@ -62,6 +62,32 @@ struct FakePlatform
     Time::Mtime_t now{1'000'000'000, 500};
     std::vector<char*> environment; ///< what was put there
 
+    std::map<std::string, std::map<std::string, void*>> libraries; ///< what can be loaded, with its symbols
+    std::map<platform::Module, std::string> modules;               ///< what is loaded, by path
+    platform::Module lastModule = 0;
+    std::vector<std::string> freedLibraries; ///< paths, in the order of their release
+    std::function<void()> onFree = [] {};    ///< what a library does when it is released
+    std::optional<std::string> loaderText;   ///< of the latest failure, if the loader has texts of its own
+
+    struct Command
+    {
+        std::string output;
+        std::optional<int> exitCode;
+    };
+    std::map<std::string, Command> commands; ///< command lines that can be started
+    std::string commandOutput;               ///< of the one that runs: what is still to be read
+    std::optional<int> commandExitCode;
+    bool pipeOpens = true;
+    std::optional<unsigned long> startError = notFound; ///< reason of a start that fails
+    std::set<platform::Handle> openHandles;             ///< ends of pipes, processes
+    platform::Handle lastHandle = 0;
+    std::function<void()> onRead = [] {}; ///< called in front of each reading
+    std::vector<std::size_t> readSizes;   ///< what was asked for
+    std::function<std::size_t(std::string_view)> lineEndLength;
+
+    /// A handle that was not there before.
+    platform::Handle open() { return *openHandles.insert(++lastHandle).first; }
+
     /// Notes `code` as the reason and gives the result of an operation that failed.
     bool fail(unsigned long code);
 };

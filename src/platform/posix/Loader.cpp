@@ -1,0 +1,117 @@
+#include "platform/Platform.h"
+
+#include <dlfcn.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <map>
+#include <memory>
+#include <utility>
+
+namespace KelvoBase::platform
+{
+
+namespace
+{
+
+struct CloseLibrary
+{
+    void operator()(void* library) const { ::dlclose(library); }
+};
+using Library = std::unique_ptr<void, CloseLibrary>;
+
+/// The libraries that are loaded. The loader's own handles are addresses that it gives out again: with them, one that
+/// was released could mean another library, and asking for it would not be defined.
+class Modules
+{
+public:
+    Module add(Library library)
+    {
+        void*& place = mOpen.emplace(mLast + 1, nullptr).first->second;
+        place = library.release();
+        return ++mLast;
+    }
+    /// Null if it was released.
+    void* find(Module module) const
+    {
+        const auto found = mOpen.find(module);
+        return found == mOpen.end() ? nullptr : found->second;
+    }
+    void remove(Module module) { mOpen.erase(module); }
+
+private:
+    std::map<Module, void*> mOpen;
+    Module mLast = 0;
+};
+
+Modules& modules()
+{
+    static Modules& all = *new Modules; // libraries stay loaded, and may be asked for, up to the end of the process
+    return all;
+}
+
+constexpr const char* notOpen = "shared object not open"; // as the loader puts it
+constinit const char* ownText = nullptr;                  // instead of the loader's
+
+bool refuse()
+{
+    ownText = notOpen;
+    return false;
+}
+
+/// What the loader takes for a path. A name alone makes it search elsewhere, and never in the working directory.
+std::string loaderPath(const std::string& path)
+{
+    std::string native = nativePath(path);
+    if (!native.empty() && native.find('/') == std::string::npos && ::access(native.c_str(), F_OK) == 0) {
+        native.insert(0, "./");
+    }
+    return native;
+}
+
+} // namespace
+
+Module loadLibrary(const std::string& path)
+{
+    ownText = nullptr;
+    const std::string native = loaderPath(path);
+    if (native.empty()) { // which the loader takes for the program
+        errno = ENOENT;
+        return 0;
+    }
+    Library library(::dlopen(native.c_str(), RTLD_NOW | RTLD_LOCAL));
+    return library ? modules().add(std::move(library)) : 0;
+}
+
+void* findSymbol(Module module, const std::string& symbol)
+{
+    ownText = nullptr;
+    void* const library = modules().find(module);
+    if (!library) {
+        refuse();
+        return nullptr;
+    }
+    return ::dlsym(library, symbol.c_str());
+}
+
+bool freeLibrary(Module module)
+{
+    ownText = nullptr;
+    void* const library = modules().find(module);
+    if (!library) {
+        return refuse();
+    }
+    modules().remove(module); // first: the library's own destructors may come back here
+    return ::dlclose(library) == 0;
+}
+
+std::optional<std::string> takeLoaderText()
+{
+    const int code = errno;
+    const char* const loaderText = ::dlerror(); // forgotten in any case; it may look for a translation
+    errno = code;
+    const char* const text = ownText ? std::exchange(ownText, nullptr) : loaderText;
+    return text ? std::optional<std::string>(text) : std::nullopt;
+}
+
+} // namespace KelvoBase::platform

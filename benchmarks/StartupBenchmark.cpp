@@ -54,8 +54,8 @@ int main(int argc, char** argv)
     const int rounds = argc > 1 ? std::atoi(argv[1]) : 400;
     const std::filesystem::path folder = std::filesystem::path(argv[0]).parent_path() / "startup";
     std::vector<Program> programs;
-    for (const char* name :
-         {"streams", "kelvobase", "kelvobase-static", "cli11", "cxxopts", "boost-program-options", "glib", "poco"}) {
+    for (const char* name : {"streams", "kelvobase", "kelvobase-static", "cli11", "cxxopts", "boost-program-options",
+                             "glib", "poco", "xerces", "kelvobase-xml"}) {
         if (std::filesystem::exists(folder / name)) {
             programs.push_back({(folder / name).string(), {}});
         }

@@ -1,15 +1,26 @@
-# What is installed: the library, its public headers, the CMake package and the pkg-config file. All of it can be moved
+# What is installed: the libraries, their public headers, the CMake package and the pkg-config files. All of it can be moved
 # to another place as a whole.
 include(CMakePackageConfigHelpers)
 
 install(TARGETS kelvobase
     EXPORT KelvoBaseTargets
     FILE_SET HEADERS DESTINATION ${CMAKE_INSTALL_INCLUDEDIR})
+if(KELVOBASE_BUILD_XML)
+    # A set of its own: who does not ask for XML must not need Xerces-C.
+    install(TARGETS kelvobase_xml
+        EXPORT KelvoBaseXmlTargets
+        FILE_SET HEADERS DESTINATION ${CMAKE_INSTALL_INCLUDEDIR})
+endif()
 
 set(package_dir ${CMAKE_INSTALL_LIBDIR}/cmake/KelvoBase)
 install(EXPORT KelvoBaseTargets
     NAMESPACE KelvoBase::
     DESTINATION ${package_dir})
+if(KELVOBASE_BUILD_XML)
+    install(EXPORT KelvoBaseXmlTargets
+        NAMESPACE KelvoBase::
+        DESTINATION ${package_dir})
+endif()
 configure_package_config_file(
     ${PROJECT_SOURCE_DIR}/cmake/KelvoBaseConfig.cmake.in
     ${PROJECT_BINARY_DIR}/package/KelvoBaseConfig.cmake
@@ -24,7 +35,7 @@ install(FILES
     ${PROJECT_BINARY_DIR}/package/KelvoBaseConfigVersion.cmake
     DESTINATION ${package_dir})
 
-# The pkg-config file finds the prefix from its own place; absolute install folders stay as they are.
+# A pkg-config file finds the prefix from its own place; absolute install folders stay as they are.
 set(pkgconfig_dir ${CMAKE_INSTALL_LIBDIR}/pkgconfig)
 if(IS_ABSOLUTE "${pkgconfig_dir}")
     set(KELVOBASE_PC_PREFIX "${CMAKE_INSTALL_PREFIX}")
@@ -41,5 +52,11 @@ set(KELVOBASE_PC_DEFINITIONS "")
 if(NOT BUILD_SHARED_LIBS)
     set(KELVOBASE_PC_DEFINITIONS " -DKELVOBASE_STATIC")
 endif()
-configure_file(${PROJECT_SOURCE_DIR}/cmake/kelvobase.pc.in ${PROJECT_BINARY_DIR}/package/kelvobase.pc @ONLY)
-install(FILES ${PROJECT_BINARY_DIR}/package/kelvobase.pc DESTINATION ${pkgconfig_dir})
+set(pkgconfig_names kelvobase)
+if(KELVOBASE_BUILD_XML)
+    list(APPEND pkgconfig_names kelvobase-xml)
+endif()
+foreach(name IN LISTS pkgconfig_names)
+    configure_file(${PROJECT_SOURCE_DIR}/cmake/${name}.pc.in ${PROJECT_BINARY_DIR}/package/${name}.pc @ONLY)
+    install(FILES ${PROJECT_BINARY_DIR}/package/${name}.pc DESTINATION ${pkgconfig_dir})
+endforeach()

@@ -1,10 +1,13 @@
 #!/usr/bin/env bash
-# check-library.sh LIBRARY HEADERS: what the shared library exports and what it needs.
+# check-library.sh LIBRARY HEADERS [xml]: what a shared library exports and what it needs.
 #
 # Exported may be only what a public header in the folder HEADERS names, needed only the C++ run-time and the system.
+# With "xml" it is the XML library, which besides needs the other one and Xerces-C; without, it may not, and may not name
+# anything of Xerces-C's.
 set -euo pipefail
 library=$1
 headers=$2
+kind=${3:-main}
 faults=0
 
 fault() {
@@ -37,9 +40,18 @@ while IFS= read -r symbol; do
     fi
 done <<<"$symbols"
 
-for wanted in handleSignal "KelvoBase::haveCerr" "KelvoBase::Application::mainImpl(int, char**)" \
-    "typeinfo for KelvoBase::ExceptionBase" "vtable for KelvoBase::ScalarAny<int>"; do
-    grep -qxF -- "$wanted" <<<"$symbols" || fault "not exported: $wanted"
+if [ "$kind" = xml ]; then
+    name=libkelvobase-xml
+    wanted=("KelvoBase::XMLInitializer::msCount" "KelvoBase::XMLCreator::XMLCreator()"
+        "KelvoBase::XMLParser::XMLParser(KelvoBase::ResourceLocation const&)")
+else
+    name=libkelvobase
+    wanted=(handleSignal "KelvoBase::haveCerr" "KelvoBase::Application::mainImpl(int, char**)"
+        "typeinfo for KelvoBase::ExceptionBase" "vtable for KelvoBase::ScalarAny<int>")
+    ! grep -i xerces <<<"$(nm -DC "$library")" >&2 || fault "$library names Xerces-C"
+fi
+for one in "${wanted[@]}"; do
+    grep -qxF -- "$one" <<<"$symbols" || fault "not exported: $one"
 done
 
 dynamic=$(readelf -dW "$library")
@@ -48,10 +60,11 @@ needed=$(sed -n 's/.*(NEEDED).*\[\(.*\)\]$/\1/p' <<<"$dynamic")
 while IFS= read -r one; do
     case $one in
         libstdc++.so.6 | libgcc_s.so.1 | libc.so.6 | libm.so.6 | ld-linux*.so.*) ;;
+        libkelvobase.so.* | libxerces-c-*.so) [ "$kind" = xml ] || fault "needed, but of the XML library only: $one" ;;
         *) fault "needed, but neither C++ run-time nor system: $one" ;;
     esac
 done <<<"$needed"
-grep -qE '\(SONAME\).*\[libkelvobase\.so\.[0-9]+\]' <<<"$dynamic" || fault "no soname of the form libkelvobase.so.N"
+grep -qE '\(SONAME\).*\['"$name"'\.so\.[0-9]+\]' <<<"$dynamic" || fault "no soname of the form $name.so.N"
 
 if [ "$faults" -gt 0 ]; then
     exit 1

@@ -1,6 +1,7 @@
 #!/usr/bin/env bash
 # check-package.sh [FOLDER]: installs the library, shared and static, and builds and runs the project of tests/consumer
-# against it in each way that a project can use it. Works in FOLDER, build/package if none is given.
+# against it in each way that a project can use it, without XML, where Xerces-C cannot be found, and with it. Works in
+# FOLDER, build/package if none is given.
 set -euo pipefail
 # shellcheck source-path=SCRIPTDIR source=lib.sh
 . "$(dirname "${BASH_SOURCE[0]}")/lib.sh"
@@ -50,18 +51,31 @@ readme_tool() {
     grep -qxF -- "${said%%$'\n'*}" "$top/README.md" || die "README.md shows another text than: $said"
 }
 
-# with_pkg_config PREFIX NAME: the consumer without cmake.
+# with_pkg_config PREFIX PROGRAM PACKAGE SOURCE ANSWER ARGUMENT...: the consumer without cmake.
 with_pkg_config() {
-    local prefix=$1 program=$work/$2 flags=()
+    local prefix=$1 program=$work/$2 package=$3 source=$consumer/$4 wanted=$5 flags=() said
+    shift 5
     PKG_CONFIG_PATH=$(dirname "$(find "$prefix" -name kelvobase.pc)")
     export PKG_CONFIG_PATH
-    [ "$(pkg-config --modversion kelvobase)" = "$version" ] || die "kelvobase.pc does not give the version $version"
+    [ "$(pkg-config --modversion "$package")" = "$version" ] || die "$package.pc does not give the version $version"
     # What pkg-config prints is quoted for a shell.
-    eval "flags=($(pkg-config --cflags --libs kelvobase))"
-    "$(compiler)" -std=c++20 "$consumer/main.cpp" -o "$program" "${flags[@]}"
-    local said
-    said=$(LD_LIBRARY_PATH=$(dirname "$PKG_CONFIG_PATH") "$program" "${arguments[@]}")
-    [ "$said" = "$answer" ] || die "the consumer built by pkg-config said: $said"
+    eval "flags=($(pkg-config --cflags --libs "$package"))"
+    "$(compiler)" -std=c++20 "$source" -o "$program" "${flags[@]}"
+    said=$(LD_LIBRARY_PATH=$(dirname "$PKG_CONFIG_PATH") "$program" "$@")
+    [ "$said" = "$wanted" ] || die "the consumer built by pkg-config said: $said"
+}
+
+# without_xerces PREFIX: who asks for XML where there is no Xerces-C, or for a library that was built without, is told.
+without_xerces() {
+    local folder=$work/without-xerces said
+    said=$(cmake -S "$consumer" -B "$folder" -G "$generator" "-DCMAKE_PREFIX_PATH=$1" -DCONSUMER_XML=ON \
+        -DCMAKE_DISABLE_FIND_PACKAGE_XercesC=TRUE 2>&1) && die "the component xml was found without Xerces-C"
+    grep -qF "libxerces-c-dev" <<<"$said" || die "no word of what the component xml needs: $said"
+    rm -rf "$folder"
+    mv "$(find "$1" -name KelvoBaseXmlTargets.cmake)" "$work/KelvoBaseXmlTargets.cmake"
+    said=$(cmake -S "$consumer" -B "$folder" -G "$generator" "-DCMAKE_PREFIX_PATH=$1" -DCONSUMER_XML=ON 2>&1) &&
+        die "the component xml was found in a library without it"
+    grep -qF "built without XML" <<<"$said" || die "no word of why there is no component xml: $said"
 }
 
 version=$(sed -nE 's/^ *VERSION ([0-9.]+)$/\1/p' "$top/CMakeLists.txt" | head -n 1)
@@ -82,10 +96,12 @@ for kind in "${kinds[@]}"; do
         die "these installed files name a folder of the build"
     fi
     say "find_package, $kind"
-    in_project "$work/$kind-package" "-DCMAKE_PREFIX_PATH=$prefix"
+    in_project "$work/$kind-package" "-DCMAKE_PREFIX_PATH=$prefix" -DCMAKE_DISABLE_FIND_PACKAGE_XercesC=TRUE
+    in_project "$work/$kind-xml-package" "-DCMAKE_PREFIX_PATH=$prefix" -DCONSUMER_XML=ON
     if has_command pkg-config; then
         say "pkg-config, $kind"
-        with_pkg_config "$prefix" "$kind-pkg-config"
+        with_pkg_config "$prefix" "$kind-pkg-config" kelvobase main.cpp "$answer" "${arguments[@]}"
+        with_pkg_config "$prefix" "$kind-xml-pkg-config" kelvobase-xml xml.cpp "count 5, all well" "$work/results.xml"
     elif [ "${CI:-}" = true ]; then
         die "pkg-config is not there"
     else
@@ -96,10 +112,18 @@ for kind in "${kinds[@]}"; do
         readme_tool "$prefix"
     fi
     say "add_subdirectory, $kind"
-    in_project "$work/$kind-subdirectory" "-DKELVOBASE_SOURCE_DIR=$top" -DBUILD_SHARED_LIBS=$shared
+    in_project "$work/$kind-subdirectory" "-DKELVOBASE_SOURCE_DIR=$top" -DBUILD_SHARED_LIBS=$shared \
+        -DKELVOBASE_BUILD_XML=OFF -DCMAKE_DISABLE_FIND_PACKAGE_XercesC=TRUE
+    in_project "$work/$kind-xml-subdirectory" "-DKELVOBASE_SOURCE_DIR=$top" -DBUILD_SHARED_LIBS=$shared -DCONSUMER_XML=ON
+    if [ "$kind" = shared ]; then
+        without_xerces "$prefix"
+    fi
 done
 grep -q 'NEEDED.*libkelvobase\.so\.' <<<"$(readelf -dW "$work/shared-package/consumer")" ||
     die "the consumer of the shared library does not use it"
+if grep -q xerces <<<"$(readelf -dW "$work/shared-xml-package/consumer")"; then
+    die "the consumer without XML loads Xerces-C"
+fi
 if grep -q libkelvobase <<<"$(readelf -dW "$work/static-package/consumer")"; then
     die "the consumer of the static library uses a shared one"
 fi

@@ -112,6 +112,7 @@ need_build_tools() {
     need cmake has_command cmake
     need ninja-build has_build_tool
     need libboost-dev has_header boost/tokenizer.hpp
+    need libxerces-c-dev has_header xercesc/parsers/XercesDOMParser.hpp
 }
 
 # What the tests take besides.

@@ -74,6 +74,26 @@ fresh_tree
 sed -i '/pragma/d' include/kelvobase/Low.h
 expect fails headers "no #pragma once"
 
+xml_tree() {
+    fresh_tree
+    printf '#pragma once\n#include <xercesc/util/XercesDefs.hpp>\n' >include/kelvobase/Low.h
+    sed -i '/Low/d' include/kelvobase/KelvoBase.h
+    sed -i 's/^header Low.h low$/header Low.h xml/' scripts/dependencies.allow
+}
+xml_tree
+expect passes headers "3 public headers"
+expect passes platform "5 sources outside"
+xml_tree
+printf '#include <xercesc/dom/DOM.h>\n' >>include/kelvobase/Low.h
+expect fails headers "DOM.h"
+xml_tree
+printf '#include <xercesc/dom/DOM.hpp>\n' >>include/kelvobase/High.h
+expect fails headers "High.h: #include <xercesc/dom/DOM.hpp>"
+expect fails platform "include/kelvobase/High.h"
+xml_tree
+printf '#include <kelvobase/Low.h>\n' >>include/kelvobase/KelvoBase.h
+expect fails headers "KelvoBase.h includes Low.h"
+
 # check-dependencies
 fresh_tree
 printf '#include "high/Inner.h"\n' >>src/low/Low.cpp
@@ -103,12 +123,19 @@ printf '#pragma once\n' >include/kelvobase/Unknown.h
 expect fails dependencies "stands in no folder"
 
 # check-platform
-for line in '#include <unistd.h>' '#include <sys/stat.h>' '#ifdef _WIN32' 'auto t = strerror(2);' \
-    'auto t = std::system_category().message(1);'; do
+for line in '#include <unistd.h>' '#include <sys/stat.h>' '#include <immintrin.h>' '#ifdef _WIN32' \
+    'auto t = strerror(2);' 'auto t = std::system_category().message(1);'; do
     fresh_tree
     printf '%s\n' "$line" >>src/low/Low.cpp
     expect fails platform "$line"
 done
+fresh_tree
+printf '#include <xercesc/dom/DOM.hpp>\n' >>src/low/Low.cpp
+expect fails platform "src/low/Low.cpp:3:#include <xercesc/dom/DOM.hpp>"
+fresh_tree
+mkdir src/xml
+printf '#include <xercesc/dom/DOM.hpp>\n' >src/xml/Xml.cpp
+expect passes platform "6 sources outside"
 fresh_tree
 printf 'auto t = strerror(2);\n' >src/platform/posix/Files.cpp
 expect fails platform "src/platform/posix/Files.cpp"

@@ -113,6 +113,13 @@ static_assert(std::is_base_of_v<AnyDataHolder<vector<ScalarAny<long>>>, VectorAn
 static_assert(std::is_convertible_v<double, ScalarAny<double>>);
 static_assert(std::is_copy_constructible_v<VectorAny<ScalarAny<bool>>>);
 
+static_assert(!std::is_default_constructible_v<AnyFactory> && !std::is_copy_constructible_v<AnyFactory>);
+static_assert(!std::is_polymorphic_v<AnyFactory>);
+static_assert(same<AnyFactory& (*)()>(&AnyFactory::instance));
+static_assert(same<Any* (AnyFactory::*)(const string&)>(&AnyFactory::createAny));
+static_assert(same<void (AnyFactory::*)(const string&, Any*)>(&AnyFactory::registerAny));
+static_assert(same<void (AnyFactory::*)()>(&AnyFactory::initBuiltinAnys));
+
 // Locations
 
 static_assert(std::is_convertible_v<const char*, ResourceLocation>);
@@ -249,6 +256,27 @@ static_assert(same<string (Time::*)() const>(&Time::getDate));
 static_assert(same<string (Time::*)() const>(&Time::getTime));
 static_assert(same<string (Time::*)() const>(&Time::toTimeString));
 
+static_assert(std::is_same_v<std::underlying_type_t<Timer::Mode>, int>);
+static_assert(std::is_trivially_copyable_v<Timer> && std::is_default_constructible_v<Timer>);
+static_assert(same<void (Timer::*)()>(&Timer::start));
+static_assert(same<void (Timer::*)()>(&Timer::stop));
+static_assert(same<void (Timer::*)()>(&Timer::reset));
+static_assert(same<void (Timer::*)() const>(&Timer::assertIsStopped));
+static_assert(same<int (Timer::*)(Timer::Mode) const>(&Timer::getTimeInSecs));
+static_assert(same<int (Timer::*)(Timer::Mode) const>(&Timer::getTimeInMs));
+static_assert(same<string (Timer::*)(Timer::Mode) const>(&Timer::getTime));
+static_assert(same<string (Timer::*)(Timer::Mode) const>(&Timer::getTimeInMins));
+static_assert(same<string (Timer::*)(Timer::Mode) const>(&Timer::getTimeInHours));
+
+// Digests
+
+static_assert(std::is_trivially_copyable_v<SHA1> && std::is_default_constructible_v<SHA1>);
+static_assert(same<void (SHA1::*)()>(&SHA1::reset));
+static_assert(same<void (SHA1::*)(const char*, const char*)>(&SHA1::input<const char*>));
+static_assert(same<void (SHA1::*)()>(&SHA1::processMessageBlock));
+static_assert(same<void (SHA1::*)()>(&SHA1::padMessage));
+static_assert(same<string (SHA1::*)(bool)>(&SHA1::getResult));
+
 // Trace
 
 static_assert(std::is_same_v<decltype(Trace::undef), const unsigned int>);
@@ -306,6 +334,77 @@ static_assert(same<ResourceLocation (System::*)(const string&, const string&) co
 static_assert(same<void (System::*)(bool, int)>(&System::enableSignalHandling));
 static_assert(same<void (System::*)()>(&System::signalReset));
 static_assert(same<int (System::*)() const>(&System::signalReceived));
+static_assert(same<void (System::*)(const ResourceLocation&)>(&System::libraryLoad));
+static_assert(same<void* (System::*)(const string&, const string&)>(&System::librarySymbol));
+static_assert(same<void (System::*)(const string&)>(&System::libraryFree));
+static_assert(same<void (System::*)()>(&System::libraryFreeAll));
+static_assert(same<int (System::*)(const string&, string&) const>(&System::execute));
+static_assert(std::is_same_v<decltype((System::defaultCmdOutput)), string&>);
+
+// Text documents
+
+static_assert(std::is_abstract_v<TextFormatter>);
+static_assert(std::has_virtual_destructor_v<TextFormatter>);
+static_assert(std::is_base_of_v<TextFormatter, HtmlTextFormatter>);
+static_assert(std::is_base_of_v<TextFormatter, TexTextFormatter>);
+static_assert(std::is_default_constructible_v<HtmlTextFormatter>);
+static_assert(std::is_default_constructible_v<TexTextFormatter>);
+static_assert(!std::is_copy_constructible_v<HtmlTextFormatter>);
+static_assert(!std::is_copy_constructible_v<TexTextFormatter>);
+static_assert(same<void (TextFormatter::*)(const string&)>(&TextFormatter::beginDocument));
+static_assert(same<void (TextFormatter::*)()>(&TextFormatter::endDocument));
+static_assert(same<void (TextFormatter::*)()>(&TextFormatter::em));
+static_assert(same<void (TextFormatter::*)()>(&TextFormatter::b));
+static_assert(same<void (TextFormatter::*)()>(&TextFormatter::u));
+static_assert(same<void (TextFormatter::*)()>(&TextFormatter::br));
+static_assert(same<void (TextFormatter::*)(int)>(&TextFormatter::header));
+static_assert(same<void (TextFormatter::*)()>(&TextFormatter::ulist));
+static_assert(same<void (TextFormatter::*)()>(&TextFormatter::olist));
+static_assert(same<void (TextFormatter::*)()>(&TextFormatter::listitem));
+static_assert(same<void (TextFormatter::*)(const string&)>(&TextFormatter::label));
+static_assert(same<void (TextFormatter::*)(const string&)>(&TextFormatter::ref));
+static_assert(same<void (TextFormatter::*)(const string&)>(&TextFormatter::link));
+static_assert(same<void (TextFormatter::*)(const string&)>(&TextFormatter::print));
+static_assert(same<string (TextFormatter::*)() const>(&TextFormatter::str));
+static_assert(same<void (TextFormatter::*)()>(&TextFormatter::end));
+static_assert(same<void (TextFormatter::*)(const string&)>(&TextFormatter::writeRaw));
+[[maybe_unused]] constexpr void (TexTextFormatter::*printText)(const string&) = &TexTextFormatter::print;
+[[maybe_unused]] constexpr void (TexTextFormatter::*printCharacters)(const char*) = &TexTextFormatter::print;
+static_assert(std::is_default_constructible_v<TextRep>);
+static_assert(!std::is_copy_constructible_v<TextRep>);
+static_assert(std::has_virtual_destructor_v<TextRep>);
+static_assert(std::has_virtual_destructor_v<TextRep::TextToken>);
+static_assert(same<void (TextRep::*)(TextFormatter*) const>(&TextRep::flush));
+static_assert(same<void (TextRep::TextToken::*)(TextFormatter*) const>(&TextRep::TextToken::flush));
+static_assert(std::is_base_of_v<TextRep::TextToken, TextRep::PlainTextToken<string>>);
+static_assert(std::is_base_of_v<TextRep::TextToken, TextRep::PlainTextToken<unsigned int>>);
+static_assert(std::is_base_of_v<TextRep::TextToken, TextRep::TextTagToken<TextTag::b>>);
+static_assert(std::is_base_of_v<TextRep::TextToken, TextRep::TextTagToken<TextTag::em>>);
+static_assert(std::is_base_of_v<TextRep::TextToken, TextRep::TextTagToken<TextTag::end>>);
+[[maybe_unused]] constexpr TextRep& (TextRep::*appendCharacters)(const char*) = &TextRep::operator<<;
+[[maybe_unused]] constexpr TextRep& (TextRep::*appendText)(const string&) = &TextRep::operator<<;
+[[maybe_unused]] constexpr TextRep& (TextRep::*appendNumber)(const unsigned int&) = &TextRep::operator<<;
+static_assert(std::is_same_v<decltype(Literature::Author::surname), string>);
+static_assert(std::is_same_v<decltype(Literature::Author::firstName), string>);
+static_assert(std::is_same_v<decltype(Literature::Author::secondName), string>);
+static_assert(std::is_same_v<decltype(Literature::Author::thirdName), string>);
+static_assert(std::is_constructible_v<Literature, string, const vector<Literature::Author>&, const string&, unsigned,
+                                      unsigned, const string&, unsigned, unsigned>);
+static_assert(same<void (Literature::*)(TextRep&) const>(&Literature::toString));
+static_assert(same<string (Literature::*)() const>(&Literature::print));
+static_assert(same<string Literature::*>(&Literature::title));
+static_assert(same<std::vector<Literature::Author> Literature::*>(&Literature::authors));
+static_assert(same<string Literature::*>(&Literature::journal));
+static_assert(same<unsigned int Literature::*>(&Literature::volume));
+static_assert(same<unsigned int Literature::*>(&Literature::year));
+static_assert(same<string Literature::*>(&Literature::note));
+static_assert(same<unsigned int Literature::*>(&Literature::firstPage));
+static_assert(same<unsigned int Literature::*>(&Literature::lastPage));
+static_assert(!std::is_default_constructible_v<LiteratureMgr>);
+static_assert(!std::is_copy_constructible_v<LiteratureMgr>);
+static_assert(same<LiteratureMgr& (*)()>(&LiteratureMgr::instance));
+static_assert(same<Literature* (LiteratureMgr::*)(const string&) const>(&LiteratureMgr::search));
+static_assert(same<Literature* (LiteratureMgr::*)(const string&) const>(&LiteratureMgr::getLiterature));
 
 // Application
 

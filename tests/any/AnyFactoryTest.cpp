@@ -38,7 +38,7 @@ void operator delete(void* memory) noexcept
 
 void operator delete(void* memory, std::size_t /*size*/) noexcept
 {
-    std::free(memory);
+    operator delete(memory);
 }
 
 namespace

@@ -195,7 +195,7 @@ TEST(ExecutePosixTest, CommandThatClosesItsOutputAndRunsOnIsStillRunning)
     EXPECT_EQ(259, result.code);
     EXPECT_LT(Clock::now() - start, 4s);
     EXPECT_FALSE(stateOf(result.output).empty());
-    run("kill -9 " + result.output);
+    run("sh -c 'kill -9 " + result.output + "'");
 }
 
 TEST(ExecutePosixTest, EndSoonBehindTheOutputIsNoticedAtOnce)
@@ -255,7 +255,7 @@ TEST(ExecutePosixTest, NoDescriptorStaysOpen)
 {
     const std::set<int> before = descriptors(false);
     runScript("echo text; exit 3");
-    run("kill -9 " + runScript("echo $$; exec >/dev/null 2>&1; exec sleep 5").output);
+    run("sh -c 'kill -9 " + runScript("echo $$; exec >/dev/null 2>&1; exec sleep 5").output + "'");
     EXPECT_EQ(before, descriptors(false));
 }
 
@@ -279,7 +279,7 @@ TEST(ExecutePosixTest, NoDescriptorReachesAChild)
         for (const int number : expected) {
             text += std::to_string(number) + " ";
         }
-        return run(DESCRIPTORS_TOOL).output == text;
+        return run("\"" DESCRIPTORS_TOOL "\"").output == text;
     });
 }
 
@@ -353,7 +353,7 @@ TEST(ExecutePosixTest, SystemWithoutDescriptorsOfProcessesDoesTheSame)
         const bool ended = runScript("echo text; exit 5") == Result{5, "text"} &&
                            runScript("exec >/dev/null 2>&1; sleep 0.01; exit 6").code == 6;
         const Result result = runScript("echo $$; exec >/dev/null 2>&1; exec sleep 5");
-        run("kill -9 " + result.output);
+        run("sh -c 'kill -9 " + result.output + "'");
         return ended && result.code == 259;
     });
 }

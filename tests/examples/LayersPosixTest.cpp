@@ -29,7 +29,7 @@ const std::vector<std::string> remembering{"--remember", "-qx", "-smean", "--dig
 /// their files, and to reach the program wherever it was built.
 void respectPermissions()
 {
-    for (const unsigned long power : {CAP_DAC_OVERRIDE, CAP_DAC_READ_SEARCH}) {
+    for (const auto power : {0UL + CAP_DAC_OVERRIDE, 0UL + CAP_DAC_READ_SEARCH}) {
         if (geteuid() == 0 && prctl(PR_CAPBSET_READ, power) == 1) {
             ASSERT_EQ(0, prctl(PR_CAPBSET_DROP, power));
         }

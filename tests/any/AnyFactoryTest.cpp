@@ -22,7 +22,8 @@ bool memoryIsOut = false;
 
 } // namespace
 
-void* operator new(std::size_t size)
+// Not inlined: what the compiler sees of both sides it takes for a mismatch.
+[[gnu::noinline]] void* operator new(std::size_t size)
 {
     void* const memory = memoryIsOut ? nullptr : std::malloc(size);
     if (memory == nullptr) {
@@ -31,12 +32,12 @@ void* operator new(std::size_t size)
     return memory;
 }
 
-void operator delete(void* memory) noexcept
+[[gnu::noinline]] void operator delete(void* memory) noexcept
 {
     std::free(memory);
 }
 
-void operator delete(void* memory, std::size_t /*size*/) noexcept
+[[gnu::noinline]] void operator delete(void* memory, std::size_t /*size*/) noexcept
 {
     operator delete(memory);
 }

@@ -1,3 +1,4 @@
+#include "location/WorkingDirectory.h"
 #include "platform/Platform.h"
 
 #include <kelvobase/Exceptions.h>
@@ -7,8 +8,6 @@
 
 #include <algorithm>
 #include <iterator>
-#include <new>
-#include <optional>
 #include <stdexcept>
 #include <string_view>
 #include <utility>
@@ -31,11 +30,6 @@ constexpr std::size_t none = std::string::npos;
 [[noreturn]] void throwNoPath()
 {
     throw std::out_of_range("basic_string::substr");
-}
-
-[[noreturn]] void throwNoWorkingDirectory()
-{
-    throw OperationFailedException("getcwd()");
 }
 
 bool hasDoubleSeparator(const std::string& text, std::size_t at)
@@ -124,19 +118,14 @@ void normalise(std::vector<std::string>& components)
 }
 
 /// The components of the working directory.
-std::vector<std::string> workingDirectory()
+std::vector<std::string> workingComponents()
 {
-    std::optional<platform::WorkingDirectory> directory;
-    try {
-        directory = platform::workingDirectory();
-    } catch (const std::bad_alloc&) {
-        throw OperationFailedException("calloc()");
-    }
-    if (!directory || !directory->holdable) {
+    const platform::WorkingDirectory directory = workingDirectory();
+    if (!directory.holdable) {
         throwNoWorkingDirectory();
     }
     std::vector<std::string> components;
-    addComponents(ResourceLocation::toCanonizedForm(directory->path), components);
+    addComponents(ResourceLocation::toCanonizedForm(directory.path), components);
     return components;
 }
 
@@ -254,7 +243,7 @@ ResourceLocation& ResourceLocation::toAbsolute()
         return *this;
     }
     if (!mAbsolute) {
-        std::vector<std::string> components = workingDirectory();
+        std::vector<std::string> components = workingComponents();
         components.insert(components.end(), std::make_move_iterator(mComponents.begin()),
                           std::make_move_iterator(mComponents.end()));
         mComponents = std::move(components);

@@ -1,3 +1,4 @@
+#include "location/WorkingDirectory.h"
 #include "platform/Platform.h"
 
 #include <kelvobase/Application.h>
@@ -9,7 +10,6 @@
 #include <cstdint>
 #include <cstdio>
 #include <cstdlib>
-#include <new>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -38,18 +38,10 @@ constexpr const char* noAppData = "System: Unable to locate app directory";
 constexpr const char* noApplication = "System: There is no application whose name could stand for \"getAppName()\".";
 
 /// The working directory; an empty location if none can hold it.
-ResourceLocation workingDirectory()
+ResourceLocation workingLocation()
 {
-    std::optional<platform::WorkingDirectory> directory;
-    try {
-        directory = platform::workingDirectory();
-    } catch (const std::bad_alloc&) {
-        throw OperationFailedException("calloc()");
-    }
-    if (!directory) {
-        throw OperationFailedException("getcwd()");
-    }
-    return directory->holdable ? ResourceLocation(directory->path) : ResourceLocation();
+    const platform::WorkingDirectory directory = workingDirectory();
+    return directory.holdable ? ResourceLocation(directory.path) : ResourceLocation();
 }
 
 /// The name of the application, if `application` stands for it.
@@ -157,7 +149,7 @@ void System::setSysDirPaths() const
         addToSysDirPaths(ResourceLocation(directory.getFilePath(ResourceLocation::getFSSeparator())));
         mDllDir = directory.append(librariesName);
     }
-    addToSysDirPaths(workingDirectory());
+    addToSysDirPaths(workingLocation());
     if (mSystemDirs.empty()) {
         throw OperationFailedException(noBase);
     }

@@ -1,7 +1,7 @@
+#include "location/WorkingDirectory.h"
 #include "platform/Platform.h"
 #include "trace/Message.h"
 
-#include <kelvobase/Exceptions.h>
 #include <kelvobase/System.h>
 #include <kelvobase/TraceArea.h>
 #include <kelvobase/TraceStream.h>
@@ -10,7 +10,6 @@
 #include <cstdlib>
 #include <cstring>
 #include <forward_list>
-#include <new>
 #include <optional>
 #include <utility>
 #include <vector>
@@ -115,16 +114,7 @@ void System::setEnv(const std::string& name, const std::string& value)
 
 std::string System::getCurrentWorkingDir() const
 {
-    std::optional<platform::WorkingDirectory> directory;
-    try {
-        directory = platform::workingDirectory();
-    } catch (const std::bad_alloc&) {
-        throw OperationFailedException("calloc()");
-    }
-    if (!directory) {
-        throw OperationFailedException("getcwd()");
-    }
-    return std::move(directory->path);
+    return workingDirectory().path;
 }
 
 ResourceLocation System::getExeImagePath() const

@@ -1,4 +1,5 @@
 #include "support/Capture.h"
+#include "support/Memory.h"
 #include "support/Scratch.h"
 #include "support/Text.h"
 
@@ -11,41 +12,14 @@
 #include <gtest/gtest.h>
 
 #include <bitset>
-#include <cstdlib>
 #include <memory>
 #include <new>
 
 namespace
 {
 
-bool memoryIsOut = false;
-
-} // namespace
-
-// Not inlined: what the compiler sees of both sides it takes for a mismatch.
-[[gnu::noinline]] void* operator new(std::size_t size)
-{
-    void* const memory = memoryIsOut ? nullptr : std::malloc(size);
-    if (memory == nullptr) {
-        throw std::bad_alloc();
-    }
-    return memory;
-}
-
-[[gnu::noinline]] void operator delete(void* memory) noexcept
-{
-    std::free(memory);
-}
-
-[[gnu::noinline]] void operator delete(void* memory, std::size_t /*size*/) noexcept
-{
-    operator delete(memory);
-}
-
-namespace
-{
-
 using namespace KelvoBase;
+using test::Memory;
 using test::textOf;
 using test::TraceCapture;
 
@@ -256,13 +230,13 @@ TEST(AnyFactoryTest, PrototypeIsTakenOverEvenIfMemoryIsOut)
     const std::string name = "test.memory";
     auto* const prototype = new Probe(1);
     bool isRefused = false;
-    memoryIsOut = true;
+    Memory::left = 0;
     try {
         factory().registerAny(name, prototype);
     } catch (const std::bad_alloc&) {
         isRefused = true;
     }
-    memoryIsOut = false;
+    Memory::left = Memory::unlimited;
     EXPECT_TRUE(isRefused);
     EXPECT_EQ(before, Probe::alive);
     EXPECT_EQ("Unknown Any type: test.memory", textOf<UnknownException>([&] { created(name); }));

@@ -2,48 +2,16 @@
 /// Exhausted memory at each single allocation of an operation.
 
 #include "config/WatchedValue.h"
+#include "support/Memory.h"
 
 #include <kelvobase/ConfigFile.h>
 
 #include <gtest/gtest.h>
 
-#include <cstdlib>
 #include <functional>
 #include <memory>
 #include <new>
 #include <string>
-
-namespace
-{
-
-/// Allocations that still succeed; negative: all.
-long allowed = -1;
-/// Blocks that are in use.
-long blocks = 0;
-
-} // namespace
-
-void* operator new(std::size_t size)
-{
-    void* const block = allowed == 0 ? nullptr : std::malloc(size);
-    if (block == nullptr) {
-        throw std::bad_alloc();
-    }
-    allowed -= allowed > 0 ? 1 : 0;
-    ++blocks;
-    return block;
-}
-
-void operator delete(void* block) noexcept
-{
-    blocks -= block != nullptr ? 1 : 0;
-    std::free(block);
-}
-
-void operator delete(void* block, std::size_t) noexcept
-{
-    operator delete(block);
-}
 
 namespace KelvoBase::test
 {
@@ -56,14 +24,14 @@ const std::string longText(100, 'x'); // on the heap
 /// Whether `action` gets by with this number of allocations.
 bool succeeds(long number, const std::function<void()>& action)
 {
-    allowed = number;
+    Memory::left = number;
     try {
         action();
     } catch (const std::bad_alloc&) {
-        allowed = -1;
+        Memory::left = Memory::unlimited;
         return false;
     }
-    allowed = -1;
+    Memory::left = Memory::unlimited;
     return true;
 }
 
@@ -72,9 +40,9 @@ bool succeeds(long number, const std::function<void()>& action)
 long allocationsOf(const std::function<bool(long)>& step)
 {
     for (long number = 0; number < 1000; ++number) {
-        const long before = blocks;
+        const long before = Memory::living;
         const bool done = step(number);
-        EXPECT_EQ(before, blocks) << "with " << number << " allocations";
+        EXPECT_EQ(before, Memory::living) << "with " << number << " allocations";
         if (done) {
             return number;
         }

@@ -133,7 +133,7 @@ TEST_F(LiteratureMgrTable, UserWithoutAPlaceForFilesCountsAsNoFile)
 TEST_F(LiteratureMgrTable, GetLiteratureAlwaysThrows)
 {
     // Required, Q-918
-    const std::string expected = "not implemented: LiteratureMgr::getLiterature()\n";
+    const std::string expected = "refused: LiteratureMgr::getLiterature()\n";
     EXPECT_EQ(run({"get", "berg2004", "get", ""}), expected + expected);
     mScratch.write(systemFile, "[berg2004]\ntitle = T\n");
     EXPECT_EQ(run({"trace", "get", "berg2004", "get", "other"}), expected + expected);

@@ -2,50 +2,15 @@
 /// Exhausted memory while something is appended: every allocation of an append fails once, and neither changes the text
 /// nor loses a block.
 
+#include "support/Memory.h"
+
 #include <kelvobase/TextFormatter.h>
 #include <kelvobase/TextRep.h>
 
 #include <gtest/gtest.h>
 
-#include <cstddef>
-#include <cstdlib>
 #include <new>
 #include <string>
-
-namespace
-{
-
-long blocks = 0;        // alive
-long untilRefusal = -1; // allocations that still succeed; negative: all do
-
-} // namespace
-
-void* operator new(std::size_t size)
-{
-    if (untilRefusal == 0) {
-        throw std::bad_alloc();
-    }
-    if (untilRefusal > 0) {
-        --untilRefusal;
-    }
-    void* block = std::malloc(size);
-    if (block == nullptr) {
-        throw std::bad_alloc();
-    }
-    ++blocks;
-    return block;
-}
-
-void operator delete(void* block) noexcept
-{
-    blocks -= block != nullptr ? 1 : 0;
-    std::free(block);
-}
-
-void operator delete(void* block, std::size_t) noexcept
-{
-    operator delete(block);
-}
 
 namespace KelvoBase::test
 {
@@ -68,16 +33,16 @@ long failEachAllocation(const Append& append)
     rep << "before";
     const std::string expected = html(rep);
     for (long allowed = 0;; ++allowed) {
-        const long alive = blocks;
-        untilRefusal = allowed;
+        const long alive = Memory::living;
+        Memory::left = allowed;
         try {
             append(rep);
-            untilRefusal = -1;
+            Memory::left = Memory::unlimited;
             return allowed;
         } catch (const std::bad_alloc&) {
-            untilRefusal = -1;
+            Memory::left = Memory::unlimited;
         }
-        EXPECT_EQ(blocks, alive) << "lost in attempt " << allowed;
+        EXPECT_EQ(Memory::living, alive) << "lost in attempt " << allowed;
         EXPECT_EQ(html(rep), expected);
     }
 }
@@ -96,13 +61,13 @@ TEST(TextRepMemory, FailedAppendChangesAndLosesNothing)
 
 TEST(TextRepMemory, DestructionReleasesAllTokens)
 {
-    const long before = blocks;
+    const long before = Memory::living;
     {
         TextRep rep;
         rep << std::string(100, 'x') << 1u << TextTag::b() << TextTag::em() << TextTag::end() << TextTag::end();
-        EXPECT_GT(blocks, before);
+        EXPECT_GT(Memory::living, before);
     }
-    EXPECT_EQ(blocks, before);
+    EXPECT_EQ(Memory::living, before);
 }
 
 } // namespace

@@ -41,7 +41,7 @@ void get(const std::string& key)
     try {
         show(LiteratureMgr::instance().getLiterature(key));
     } catch (const NotImplementedException& e) {
-        std::cout << "not implemented: " << e.what() << std::endl;
+        std::cout << "refused: " << e.what() << std::endl;
     }
 }
 

@@ -40,7 +40,8 @@ public:
     ///   - characters, `bool` and `std::byte` are one byte each
     ///   - wider integers, and enumerations, give the bytes of their value, the same ones on every machine:
     ///     0x01020304 => 04 03 02 01
-    ///   - other trivially copyable elements give their bytes as they lie in memory, padding included
+    ///   - other trivially copyable elements give their bytes as they lie in memory, padding included; those that an
+    ///     iterator makes anew, and volatile ones, are copied first, and what their padding holds is not defined
     ///   - an element that is not trivially copyable (a string, say) does not compile
     /// Throws `OperationFailedException`, also for an empty range:
     ///   - "SHA1 input after finalized digest", with nothing taken
@@ -82,11 +83,13 @@ private:
     template <typename Element>
     static constexpr bool isNumber = std::is_integral_v<Element> || std::is_enum_v<Element>;
     template <typename Iterator>
+    static constexpr bool isVolatile = std::is_volatile_v<std::remove_reference_t<std::iter_reference_t<Iterator>>>;
+    template <typename Iterator>
     static constexpr bool liesInMemoryAsTaken();
 
     void assertTakesInput() const;
     template <typename Element>
-    void inputElement(Element element);
+    void inputElement(const Element& element);
     void inputByte(unsigned char byte)
     {
         mBlock[mBlockIndex++] = byte;
@@ -115,7 +118,7 @@ constexpr bool SHA1::liesInMemoryAsTaken()
         using Element = std::iter_value_t<Iterator>;
         constexpr bool isInOrder =
             sizeof(Element) == 1 || !isNumber<Element> || std::endian::native == std::endian::little;
-        return isInOrder && !std::is_volatile_v<std::remove_reference_t<std::iter_reference_t<Iterator>>>;
+        return isInOrder && !isVolatile<Iterator>;
     } else {
         return false;
     }
@@ -131,14 +134,17 @@ void SHA1::input(Iterator first, Iterator last)
         inputBytes(bytes, static_cast<std::size_t>(last - first) * sizeof(Element));
     } else {
         assertTakesInput();
+        // Read where it lies: on its way through a register an element loses its padding. Volatile ones are copied.
+        using Taken = std::conditional_t<isVolatile<Iterator>, Element, const Element&>;
         for (; first != last; ++first) {
-            inputElement<Element>(*first);
+            const Taken element = *first;
+            inputElement<Element>(element);
         }
     }
 }
 
 template <typename Element>
-void SHA1::inputElement(Element element)
+void SHA1::inputElement(const Element& element)
 {
     constexpr bool isTurned = isNumber<Element> && std::endian::native == std::endian::big;
     const unsigned char* bytes = &reinterpret_cast<const unsigned char&>(element);

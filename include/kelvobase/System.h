@@ -227,10 +227,11 @@ public:
     ///         /x/solver.so: cannot open shared object file: No such file or directory
     void libraryLoad(const ResourceLocation& library);
     /// The address of a function or an object of the library with that key. Valid until the library is released.
+    /// Linux: the libraries that it needs are searched behind it, so a symbol of theirs is found as well.
     /// Throws `OperationFailedException`:
     ///   - "Cannot access symbol because library is not loaded: " and the key,
     ///   - two lines if there is no such symbol, as `libraryLoad` has them; the first one is
-    ///     `Cannot access symbol "SYMBOL" from Library: KEY`.
+    ///     `Cannot access symbol "SYMBOL" from Library: KEY`. A symbol at the address 0 counts as none.
     void* librarySymbol(const std::string& library, const std::string& symbol);
     /// Releases the library with that key and forgets the key; nothing happens if there is none.
     /// Required: the line "Result of FreeLibrary: 1", or 0 for a failure, goes to the trace in either case
@@ -269,7 +270,8 @@ public:
     ///     waits for all its children in a handler. `output` then holds all that was read.
     ///
     /// Linux: a command that ran on is waited for, without blocking, when the next one starts; the system does so for
-    /// those that are left when this process ends.
+    /// those that are left when this process ends. Who waits for such a command himself must not start processes of
+    /// his own besides: one could get its number, and would be waited for in its place.
     int execute(const std::string& command, std::string& output) const;
 
 private:

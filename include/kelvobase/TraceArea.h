@@ -60,7 +60,8 @@ struct TraceAreaEntry
 /// file had added before it failed stays, at the bits that it got, and the tables add the rest behind.
 ///
 /// A file replaces the tables: areas of theirs that it does not name do not exist, and a message in one of them fails
-/// (see `TraceArea`). The library itself traces in "KelvoBase", every run of an `Application` in "App".
+/// (see `TraceArea`; the warning of `AnyFactory` alone does without its area). The library itself traces in
+/// "KelvoBase", every run of an `Application` in "App".
 class KELVOBASE_API TraceAreaMgr
 {
 public:

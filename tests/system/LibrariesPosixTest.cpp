@@ -10,6 +10,7 @@
 
 #include <dlfcn.h>
 
+#include <cerrno>
 #include <filesystem>
 
 namespace
@@ -128,6 +129,24 @@ TEST_F(LoadedLibrary, EarlierFailureOfTheLoaderIsNotReportedAgain)
 {
     textOf<OperationFailedException>([&] { system.librarySymbol("solver", "question"); });
     EXPECT_EQ("Cannot load Library: D:\\x.so\nNo such file or directory\n", failureOf("D:\\x.so"));
+}
+
+TEST(LibrariesPosixTest, SymbolThatLiesAtZeroIsABadAddress)
+{
+    const test::TraceCapture trace(Trace::fail);
+    System& system = System::instance();
+    system.libraryLoad(locationOf(ZERO_MODULE));
+    for (const int earlier : {0, ENOENT}) {
+        errno = earlier;
+        EXPECT_EQ("Cannot access symbol \"kelvobaseTestAtZero\" from Library: zeroModule\nBad address\n",
+                  textOf<OperationFailedException>([&] { system.librarySymbol("zeroModule", "kelvobaseTestAtZero"); }));
+    }
+    system.libraryFree("zeroModule");
+}
+
+TEST_F(LoadedLibrary, SymbolsOfTheLibrariesThatItNeedsAreFoundToo)
+{
+    EXPECT_EQ(dlsym(RTLD_DEFAULT, "getenv"), system.librarySymbol("solver", "getenv"));
 }
 
 TEST_F(LoadedLibrary, ItsSymbolsAreNotSeenByOthers)

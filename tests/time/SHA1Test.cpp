@@ -383,6 +383,25 @@ TEST(SHA1Test, OtherElementsGiveTheirMemory)
     EXPECT_EQ(expected, digestOfRange(std::vector<double>{number}));
 }
 
+TEST(SHA1Test, PaddingIsTakenAsItLiesInMemory)
+{
+    const std::string memory(sizeof(long double), 'Z');
+    std::vector<long double> row(1);
+    std::list<long double> chain(1);
+    std::memcpy(row.data(), memory.data(), memory.size());
+    std::memcpy(&chain.front(), memory.data(), memory.size());
+    EXPECT_EQ(slowDigest(memory), digestOfRange(row));
+    EXPECT_EQ(slowDigest(memory), digestOfRange(chain));
+}
+
+TEST(SHA1Test, VolatileElementsAreTaken)
+{
+    volatile std::uint16_t numbers[] = {0x0201, 0x0403};
+    SHA1 sha1;
+    sha1.input(std::begin(numbers), std::end(numbers));
+    EXPECT_EQ(slowDigest("\1\2\3\4"), sha1.getResult(false));
+}
+
 template <typename Iterator>
 concept CanBeInput = requires(SHA1& sha1, Iterator i)
 {

@@ -91,6 +91,7 @@ void* findSymbol(Module module, const std::string& symbol)
         refuse();
         return nullptr;
     }
+    errno = EFAULT; // of a symbol that lies at 0, of which the loader says nothing
     return ::dlsym(library, symbol.c_str());
 }
 

@@ -110,7 +110,7 @@ void loadKelvoBase(benchmark::State& state)
     keptUp();
     writeRecords();
     for (auto _ : state) {
-        const XMLParser parser(file);
+        XMLParser parser(file);
         prove(parser.getRootElement() != nullptr);
     }
 }
@@ -215,7 +215,7 @@ std::ifstream::pos_type sizeOfFile()
 
 void writeKelvoBase(benchmark::State& state)
 {
-    const XMLCreator creator;
+    XMLCreator creator;
     fill(XMLCreator::createElement(creator.getDocument(), "root"));
     for (auto _ : state) {
         creator.writeToFile(file);
@@ -240,7 +240,7 @@ void rawWrite(DOMDocument* document)
 
 void writeXerces(benchmark::State& state)
 {
-    const XMLCreator creator;
+    XMLCreator creator;
     fill(XMLCreator::createElement(creator.getDocument(), "root"));
     for (auto _ : state) {
         rawWrite(creator.getDocument());

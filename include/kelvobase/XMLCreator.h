@@ -37,16 +37,17 @@ public:
     ~XMLCreator();
 
     /// Library keeps. As the parent of `createElement` it gets its root element.
-    xercesc::DOMDocument* getDocument() const;
+    xercesc::DOMDocument* getDocument();
 
     /// Writes the document, indented and in UTF-8, over an existing file, too. Throws
     ///   - `NotAFileException` for a location that is not local,
-    ///   - `xercesc::XMLException` if the file cannot be opened or written; a disk that is full at the very end is
-    ///     noticed. A network path, another drive, and a path that is no text in the native code page cannot be opened,
+    ///   - `xercesc::XMLException` if the file cannot be opened or written; a disk that is full at the very end of an
+    ///     ordinary file is noticed. A network path, another drive, and a path that is no text in the native code page
+    ///     cannot be opened,
     ///   - `xercesc::DOMException` for a character that XML does not have, such as most control characters: a document
     ///     takes it without a word.
     /// What was written before stays. Takes some stack for each level of elements: ten thousand are no trouble.
-    void writeToFile(const ResourceLocation& location) const;
+    void writeToFile(const ResourceLocation& location);
 
     /// \name Nodes
     /// REQUIRES: `parent` and `element` are not null. They need not belong to a creator: a parser's document can be

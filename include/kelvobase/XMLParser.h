@@ -83,9 +83,9 @@ protected:
 
 /// One XML file as a DOM document, read at construction.
 ///
-/// Nodes belong to the parser's document and are valid until the parser is destroyed. A document type is validated
-/// against, a file without one is not; names are taken as they are written, prefixes included; references to entities
-/// are replaced by what they stand for.
+/// Nodes belong to the parser's document and are valid until the parser is destroyed. A document type that has an
+/// internal subset, also an empty one, or an external one is validated against, any other file is not; names are taken
+/// as they are written, prefixes included; references to entities are replaced by what they stand for.
 class KELVOBASE_XML_API XMLParser : public XMLInitializer
 {
 public:
@@ -110,9 +110,9 @@ public:
     ~XMLParser();
 
     /// Library keeps. Null if the file could not be opened.
-    xercesc::DOMDocument* getDocument() const;
+    xercesc::DOMDocument* getDocument();
     /// Library keeps. Null if there is none: behind an error, or without a document.
-    xercesc::DOMElement* getRootElement() const;
+    xercesc::DOMElement* getRootElement();
 
     /// \name Nodes
     /// `parent` is an element or a document; for null and for every other kind of node nothing is found.

@@ -108,12 +108,12 @@ XMLCreator::XMLCreator()
 
 XMLCreator::~XMLCreator() = default; // the document goes here, before the base class may end Xerces-C
 
-DOMDocument* XMLCreator::getDocument() const
+DOMDocument* XMLCreator::getDocument()
 {
     return mDocument.get();
 }
 
-void XMLCreator::writeToFile(const ResourceLocation& location) const
+void XMLCreator::writeToFile(const ResourceLocation& location)
 {
     const Released<xercesc::DOMLSSerializer> writer(mImpl->createLSSerializer(XMLPlatformUtils::fgMemoryManager));
     writer->getDomConfig()->setParameter(xercesc::XMLUni::fgDOMWRTFormatPrettyPrint, true);

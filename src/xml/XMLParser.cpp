@@ -88,12 +88,12 @@ XMLParser::XMLParser(const ResourceLocation& location)
 
 XMLParser::~XMLParser() = default; // the document goes here, before the base class may end Xerces-C
 
-DOMDocument* XMLParser::getDocument() const
+DOMDocument* XMLParser::getDocument()
 {
     return mParser->getDocument();
 }
 
-DOMElement* XMLParser::getRootElement() const
+DOMElement* XMLParser::getRootElement()
 {
     const DOMDocument* document = getDocument();
     return document ? document->getDocumentElement() : nullptr;

@@ -20,7 +20,7 @@ namespace
 
 void write(const ResourceLocation& file)
 {
-    const XMLCreator creator;
+    XMLCreator creator;
     xercesc::DOMNode* root = XMLCreator::createElement(creator.getDocument(), "results");
     Serialization::XMLWriteAny(ScalarAny<int>(5), "count", "IntAny", root);
     creator.writeToFile(file);
@@ -28,7 +28,7 @@ void write(const ResourceLocation& file)
 
 int read(const ResourceLocation& file)
 {
-    const XMLParser parser(file);
+    XMLParser parser(file);
     xercesc::DOMNode* root = parser.getRootElement();
     ScalarAny<int> count;
     Serialization::XMLReadAny(count, "count", "IntAny", root);

@@ -35,7 +35,7 @@ class Target
 public:
     Target() : mRoot(XMLCreator::createElement(mCreator.getDocument(), "root")), parent(mRoot) {}
 
-    const XMLCreator& creator() const { return mCreator; }
+    XMLCreator& creator() { return mCreator; }
     DOMElement* root() const { return mRoot; }
 
 private:
@@ -79,7 +79,7 @@ TEST(SerializationWrite, EmptyTextIsATextNodeAllTheSame)
 
 TEST(SerializationWrite, RootMayBeWritten)
 {
-    const XMLCreator creator;
+    XMLCreator creator;
     DOMNode* parent = creator.getDocument();
     Serialization::XMLWriteString("t", "a", "T", parent);
     EXPECT_EQ(parent, creator.getDocument());
@@ -251,7 +251,7 @@ TEST(SerializationRead, WrittenValuesComeBackFromAFile)
         Serialization::XMLWriteString("", "empty", "", target.parent);
         target.creator().writeToFile(scratch.location("values.xml"));
     }
-    const XMLParser parser(scratch.location("values.xml"));
+    XMLParser parser(scratch.location("values.xml"));
     DOMNode* parent = parser.getRootElement();
     VectorAny<ScalarAny<std::string>> readNames;
     Serialization::XMLReadAny(readNames, "names", "StringVectorAny", parent);

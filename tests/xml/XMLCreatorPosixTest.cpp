@@ -48,7 +48,7 @@ private:
     void (*mHandler)(int);
 };
 
-std::string failureOf(const XMLCreator& creator, const std::string& location)
+std::string failureOf(XMLCreator& creator, const std::string& location)
 {
     try {
         creator.writeToFile(location);
@@ -61,7 +61,7 @@ std::string failureOf(const XMLCreator& creator, const std::string& location)
 TEST(XMLCreatorPosix, FullDiskIsNoticedForSmallAndLargeDocuments)
 {
     const ScratchDirectory scratch;
-    const XMLCreator creator;
+    XMLCreator creator;
     xercesc::DOMElement* root = XMLCreator::createElement(creator.getDocument(), "root");
     for (const unsigned int more : {1u, 20000u}) {
         for (unsigned int i = 0; i < more; ++i) {
@@ -75,7 +75,7 @@ TEST(XMLCreatorPosix, FullDiskIsNoticedForSmallAndLargeDocuments)
 
 TEST(XMLCreatorPosix, DeviceMayBeWrittenTo)
 {
-    const XMLCreator creator;
+    XMLCreator creator;
     XMLCreator::createElement(creator.getDocument(), "root");
     EXPECT_EQ(failureOf(creator, "/dev/null"), "written");
 }
@@ -85,7 +85,7 @@ TEST(XMLCreatorPosix, RelativeLocationIsBelowTheWorkingDirectory)
     const ScratchDirectory scratch;
     scratch.write("sub/other", "");
     const ScopedWorkingDirectory here(scratch.path());
-    const XMLCreator creator;
+    XMLCreator creator;
     XMLCreator::createElement(creator.getDocument(), "root");
     creator.writeToFile("sub/out.xml");
     EXPECT_NE(contentOf(scratch / "sub/out.xml").find("<root/>"), std::string::npos);
@@ -96,7 +96,7 @@ TEST(XMLCreatorPosix, PathThatNamesNothingHereIsNotWritten)
 {
     const ScratchDirectory scratch;
     const ScopedWorkingDirectory here(scratch.path());
-    const XMLCreator creator;
+    XMLCreator creator;
     XMLCreator::createElement(creator.getDocument(), "root");
     const std::string place = scratch.path().string().substr(1);
     for (const std::string& path : {"//" + place + "/out.xml", "smb:" + place + "/out.xml", std::string("D:out.xml"),
@@ -109,7 +109,7 @@ TEST(XMLCreatorPosix, PathThatNamesNothingHereIsNotWritten)
 TEST(XMLCreatorPosix, NameThatXercesCannotHoldIsNotWrittenUnderAnother)
 {
     const ScratchDirectory scratch;
-    const XMLCreator creator;
+    XMLCreator creator;
     XMLCreator::createElement(creator.getDocument(), "root");
     EXPECT_EQ(failureOf(creator, scratch.location("m\xfc.xml")), "unable to open file ''");
     EXPECT_TRUE(std::filesystem::is_empty(scratch.path()));
@@ -118,7 +118,7 @@ TEST(XMLCreatorPosix, NameThatXercesCannotHoldIsNotWrittenUnderAnother)
 TEST(XMLCreatorPosix, NameWithOtherLettersAndMarksIsWrittenAsItIs)
 {
     const ScratchDirectory scratch;
-    const XMLCreator creator;
+    XMLCreator creator;
     XMLCreator::createElement(creator.getDocument(), "root");
     for (const char* name : {"a b.xml", "a%20b.xml", "a#b?.xml", "ab:c.xml"}) {
         creator.writeToFile(scratch.location(name));

@@ -56,7 +56,7 @@ short domCodeOf(Action&& action)
 
 TEST(XMLCreator, BeginsWithAnEmptyDocument)
 {
-    const XMLCreator creator;
+    XMLCreator creator;
     ASSERT_NE(creator.getDocument(), nullptr);
     EXPECT_EQ(creator.getDocument()->getDocumentElement(), nullptr);
     EXPECT_EQ(creator.getDocument()->getFirstChild(), nullptr);
@@ -65,7 +65,7 @@ TEST(XMLCreator, BeginsWithAnEmptyDocument)
 
 TEST(XMLCreator, ElementBelowTheDocumentIsTheRoot)
 {
-    const XMLCreator creator;
+    XMLCreator creator;
     DOMElement* root = XMLCreator::createElement(creator.getDocument(), "root");
     EXPECT_EQ(creator.getDocument()->getDocumentElement(), root);
     EXPECT_EQ(root->getParentNode(), creator.getDocument());
@@ -74,7 +74,7 @@ TEST(XMLCreator, ElementBelowTheDocumentIsTheRoot)
 
 TEST(XMLCreator, NodesAreAppendedInOrder)
 {
-    const XMLCreator creator;
+    XMLCreator creator;
     DOMElement* root = XMLCreator::createElement(creator.getDocument(), "root");
     DOMNode* first = XMLCreator::createElement(root, "a");
     DOMNode* second = XMLCreator::createTextNode(root, "text <&>");
@@ -90,7 +90,7 @@ TEST(XMLCreator, NodesAreAppendedInOrder)
 
 TEST(XMLCreator, AttributeIsSetAndReplaced)
 {
-    const XMLCreator creator;
+    XMLCreator creator;
     DOMElement* root = XMLCreator::createElement(creator.getDocument(), "root");
     XMLCreator::setAttribute(root, "a", "1");
     XMLCreator::setAttribute(root, "b", "");
@@ -113,7 +113,7 @@ TEST(XMLCreator, DocumentOfAParserCanBeAddedTo)
 
 TEST(XMLCreator, NameThatIsNoneIsRefused)
 {
-    const XMLCreator creator;
+    XMLCreator creator;
     DOMElement* root = XMLCreator::createElement(creator.getDocument(), "root");
     for (const char* name : {"", "1a", "a b", "<", "-a", " a", "a\n"}) {
         EXPECT_EQ(domCodeOf([&] { XMLCreator::createElement(root, name); }), DOMException::INVALID_CHARACTER_ERR)
@@ -127,7 +127,7 @@ TEST(XMLCreator, NameThatIsNoneIsRefused)
 
 TEST(XMLCreator, ParentThatCannotTakeAChildRefusesIt)
 {
-    const XMLCreator creator;
+    XMLCreator creator;
     DOMElement* root = XMLCreator::createElement(creator.getDocument(), "root");
     DOMNode* text = XMLCreator::createTextNode(root, "t");
     const short refused = DOMException::HIERARCHY_REQUEST_ERR;
@@ -141,7 +141,7 @@ TEST(XMLCreator, ParentThatCannotTakeAChildRefusesIt)
 TEST(XMLCreator, WritesAnIndentedDocument)
 {
     const ScratchDirectory scratch;
-    const XMLCreator creator;
+    XMLCreator creator;
     DOMElement* root = XMLCreator::createElement(creator.getDocument(), "root");
     DOMElement* a = XMLCreator::createElement(root, "a");
     XMLCreator::setAttribute(a, "n", "1");
@@ -161,7 +161,7 @@ TEST(XMLCreator, WrittenDocumentReadsBack)
     const std::string texts[] = {"plain", "  ", " x ", "<&>\"'", "two\nlines\ttab", "cr\r\nlf", "]]>", "\xc3\xbc"};
     const XMLInitializer xml;
     {
-        const XMLCreator creator;
+        XMLCreator creator;
         DOMElement* root = XMLCreator::createElement(creator.getDocument(), "root");
         for (const std::string& text : texts) {
             DOMElement* element = XMLCreator::createElement(root, "e");
@@ -170,7 +170,7 @@ TEST(XMLCreator, WrittenDocumentReadsBack)
         }
         creator.writeToFile(scratch.location("out.xml"));
     }
-    const XMLParser parser(scratch.location("out.xml"));
+    XMLParser parser(scratch.location("out.xml"));
     DOMNode* node = parser.getRootElement()->getFirstChild();
     for (const std::string& text : texts) {
         while (node && node->getNodeType() != DOMNode::ELEMENT_NODE) {
@@ -187,7 +187,7 @@ TEST(XMLCreator, ExistingFileIsReplaced)
 {
     const ScratchDirectory scratch;
     scratch.write("out.xml", std::string(5000, 'x'));
-    const XMLCreator creator;
+    XMLCreator creator;
     XMLCreator::createElement(creator.getDocument(), "a");
     creator.writeToFile(scratch.location("out.xml"));
     const std::string first = contentOf(scratch / "out.xml");
@@ -200,7 +200,7 @@ TEST(XMLCreator, ExistingFileIsReplaced)
 TEST(XMLCreator, DocumentWithoutARootIsWritten)
 {
     const ScratchDirectory scratch;
-    const XMLCreator creator;
+    XMLCreator creator;
     creator.writeToFile(scratch.location("out.xml"));
     EXPECT_NE(contentOf(scratch / "out.xml").find("<?xml"), std::string::npos);
 }
@@ -210,14 +210,14 @@ TEST(XMLCreator, LargeDocumentIsWrittenToItsEnd)
     const ScratchDirectory scratch;
     const XMLInitializer xml;
     {
-        const XMLCreator creator;
+        XMLCreator creator;
         DOMElement* root = XMLCreator::createElement(creator.getDocument(), "root");
         for (int i = 0; i < 20000; ++i) {
             XMLCreator::createTextNode(XMLCreator::createElement(root, "e"), std::to_string(i));
         }
         creator.writeToFile(scratch.location("out.xml"));
     }
-    const XMLParser parser(scratch.location("out.xml"));
+    XMLParser parser(scratch.location("out.xml"));
     EXPECT_EQ(parser.getRootElement()->getElementsByTagName(test::Wide("e"))->getLength(), 20000u);
 }
 
@@ -225,7 +225,7 @@ TEST(XMLCreator, FileThatCannotBeOpenedGivesTheExceptionOfXerces)
 {
     const ScratchDirectory scratch;
     const std::string said = xercesTextOf<xercesc::XMLException>([&] {
-        const XMLCreator creator;
+        XMLCreator creator;
         XMLCreator::createElement(creator.getDocument(), "a");
         creator.writeToFile(scratch.location("missing/out.xml"));
     });
@@ -239,7 +239,7 @@ TEST(XMLCreator, EmptyLocationCannotBeOpened)
 
 TEST(XMLCreator, RemoteLocationIsRefused)
 {
-    const XMLCreator creator;
+    XMLCreator creator;
     EXPECT_EQ(textOf<NotAFileException>([&] { creator.writeToFile("ftp://host/a.xml"); }),
               "\"ftp://host/a.xml\" is not a (locally accessible) file or directory name.");
 }
@@ -247,7 +247,7 @@ TEST(XMLCreator, RemoteLocationIsRefused)
 TEST(XMLCreator, CharacterThatXmlDoesNotHaveStopsTheWriting)
 {
     const ScratchDirectory scratch;
-    const XMLCreator creator;
+    XMLCreator creator;
     DOMElement* root = XMLCreator::createElement(creator.getDocument(), "root");
     XMLCreator::createTextNode(root, "a\x01");
     const std::string said = xercesTextOf<DOMException>([&] { creator.writeToFile(scratch.location("out.xml")); });
@@ -260,14 +260,14 @@ TEST(XMLCreator, LevelsByTheThousandAreWritten)
     const ScratchDirectory scratch;
     const XMLInitializer xml;
     {
-        const XMLCreator creator;
+        XMLCreator creator;
         DOMNode* parent = creator.getDocument();
         for (int i = 0; i < 2000; ++i) {
             parent = XMLCreator::createElement(parent, "a");
         }
         creator.writeToFile(scratch.location("out.xml"));
     }
-    const XMLParser parser(scratch.location("out.xml"));
+    XMLParser parser(scratch.location("out.xml"));
     EXPECT_EQ(parser.getDocument()->getElementsByTagName(test::Wide("a"))->getLength(), 2000u);
 }
 

@@ -107,11 +107,11 @@ TEST(XMLInitializer, ParsersAndCreatorsCount)
     const ScratchDirectory scratch;
     scratch.write("a.xml", "<a/>");
     {
-        const XMLParser first(scratch.location("a.xml"));
+        XMLParser first(scratch.location("a.xml"));
         EXPECT_EQ(Counter::count(), 1);
-        const XMLParser second(scratch.location("a.xml"));
+        XMLParser second(scratch.location("a.xml"));
         EXPECT_EQ(Counter::count(), 2);
-        const XMLCreator creator;
+        XMLCreator creator;
         EXPECT_EQ(Counter::count(), 3);
     }
     EXPECT_EQ(Counter::count(), 0);
@@ -123,7 +123,7 @@ TEST(XMLInitializer, DocumentOfTheSecondParserOutlivesTheFirst)
     const ScratchDirectory scratch;
     scratch.write("a.xml", "<a>text</a>");
     auto first = std::make_unique<XMLParser>(scratch.location("a.xml"));
-    const XMLParser second(scratch.location("a.xml"));
+    XMLParser second(scratch.location("a.xml"));
     first.reset();
     EXPECT_EQ(XMLParser::getText(second.getRootElement()), "text");
 }

@@ -90,7 +90,7 @@ TEST_F(XMLMemory, ReadingNodesLeavesNothing)
 {
     const ScratchDirectory scratch;
     scratch.write("a.xml", "<r><a id='1'>text</a><b/></r>");
-    const XMLParser parser(scratch.location("a.xml"));
+    XMLParser parser(scratch.location("a.xml"));
     DOMNode* root = parser.getRootElement();
     EXPECT_EQ(leftBy([&] {
                   std::string text;
@@ -116,7 +116,7 @@ TEST_F(XMLMemory, ParsersAndCreatorsLeaveNothing)
     EXPECT_EQ(
         leftBy([&] { swallow<FileNotFoundException>([&] { XMLParser parser(scratch.location("missing.xml")); }); }), 0);
     EXPECT_EQ(leftBy([&] {
-                  const XMLCreator creator;
+                  XMLCreator creator;
                   XMLCreator::createElement(creator.getDocument(), "a");
                   creator.writeToFile(scratch.location("out.xml"));
               }),
@@ -126,7 +126,7 @@ TEST_F(XMLMemory, ParsersAndCreatorsLeaveNothing)
 TEST_F(XMLMemory, FailedWritingLeavesNothing)
 {
     const ScratchDirectory scratch;
-    const XMLCreator creator;
+    XMLCreator creator;
     DOMElement* root = XMLCreator::createElement(creator.getDocument(), "root");
     EXPECT_EQ(leftBy([&] {
                   swallow<xercesc::XMLException>([&] { creator.writeToFile(scratch.location("missing/out.xml")); });
@@ -140,7 +140,7 @@ TEST_F(XMLMemory, FailedWritingLeavesNothing)
 
 TEST_F(XMLMemory, RefusedNodesLeaveNothing)
 {
-    const XMLCreator creator;
+    XMLCreator creator;
     DOMElement* root = XMLCreator::createElement(creator.getDocument(), "root");
     const std::string text(500, 'x');
     EXPECT_EQ(leftBy([&] {
@@ -153,7 +153,7 @@ TEST_F(XMLMemory, RefusedNodesLeaveNothing)
 // A node that its parent refuses goes back to the document, which uses it again.
 TEST_F(XMLMemory, DocumentDoesNotGrowByRefusedNodes)
 {
-    const XMLCreator creator;
+    XMLCreator creator;
     XMLCreator::createElement(creator.getDocument(), "root");
     EXPECT_EQ(leftBy([&] {
                   for (int i = 0; i < 300; ++i) {
@@ -165,7 +165,7 @@ TEST_F(XMLMemory, DocumentDoesNotGrowByRefusedNodes)
 
 TEST_F(XMLMemory, RefusedValueLeavesNothing)
 {
-    const XMLCreator creator;
+    XMLCreator creator;
     DOMNode* root = XMLCreator::createElement(creator.getDocument(), "root");
     ScalarAny<int> number;
     EXPECT_EQ(

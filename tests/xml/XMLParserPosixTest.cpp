@@ -30,7 +30,7 @@ using test::TraceCapture;
 
 std::string rootOf(const ResourceLocation& location)
 {
-    const XMLParser parser(location);
+    XMLParser parser(location);
     return XMLParser::getTagName(parser.getRootElement());
 }
 
@@ -107,7 +107,7 @@ TEST(XMLParserPosix, NameThatXercesCannotHoldCountsAsAnError)
     scratch.write("m\xfc.xml", "<right/>");
     scratch.write("m\xef\xbf\xbd.xml", "<wrong/>");
     const TraceCapture trace(Trace::fail);
-    const XMLParser parser(scratch.location("m\xfc.xml"));
+    XMLParser parser(scratch.location("m\xfc.xml"));
     EXPECT_EQ(parser.getRootElement(), nullptr);
     EXPECT_EQ(trace.text(), "|-- There occured 1errors while parsing Parsing file://localhost/" +
                                 scratch.location("m\xfc.xml") + "\n");

@@ -37,7 +37,7 @@ void describe(xercesc::DOMNode* node)
 void readFile(const std::string& file)
 {
     try {
-        const XMLParser parser{ResourceLocation(file)};
+        XMLParser parser{ResourceLocation(file)};
         describe(parser.getRootElement());
     } catch (const std::exception& e) {
         std::cout << e.what() << '\n';
@@ -54,7 +54,7 @@ void roundTrip(const std::string& file)
         Serialization::XMLWriteString(letters, "t", letters, root);
         creator.writeToFile(file);
     }
-    const XMLParser parser{ResourceLocation(file)};
+    XMLParser parser{ResourceLocation(file)};
     xercesc::DOMNode* root = parser.getRootElement();
     std::string text;
     Serialization::XMLReadString(text, "t", "", root);

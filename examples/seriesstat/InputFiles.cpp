@@ -1,12 +1,14 @@
 #include "InputFiles.h"
 
 #include <kelvobase/Exceptions.h>
+#include <kelvobase/SHA1.h>
 #include <kelvobase/System.h>
 
 #include <algorithm>
 #include <filesystem>
 #include <fstream>
 #include <stdexcept>
+#include <streambuf>
 
 namespace seriesstat
 {
@@ -49,6 +51,36 @@ std::vector<ResourceLocation> filesBelow(const ResourceLocation& directory, cons
     }
 }
 
+using Tell = std::function<void(std::uintmax_t)>;
+
+/// Hands on the bytes of a file, digests them on their way, and tells how many there were.
+class DigestingBuffer : public std::streambuf
+{
+public:
+    DigestingBuffer(std::streambuf& source, KelvoBase::SHA1& digest, const Tell& tell)
+        : mSource(source), mDigest(digest), mTell(tell)
+    {
+    }
+
+protected:
+    int_type underflow() override
+    {
+        const std::streamsize count = mSource.sgetn(mBytes, sizeof mBytes);
+        mDigest.input(mBytes, mBytes + count);
+        mRead += static_cast<std::uintmax_t>(count);
+        mTell(mRead);
+        setg(mBytes, mBytes, mBytes + count);
+        return count == 0 ? traits_type::eof() : traits_type::to_int_type(mBytes[0]);
+    }
+
+private:
+    std::streambuf& mSource;
+    KelvoBase::SHA1& mDigest;
+    const Tell& mTell;
+    std::uintmax_t mRead = 0;
+    char mBytes[1 << 14];
+};
+
 } // namespace
 
 std::string nativePath(const ResourceLocation& location)
@@ -63,6 +95,11 @@ std::string nativePath(const ResourceLocation& location)
         }
         return path.starts_with(drive + "/") ? path.substr(drive.size()) : path;
     }
+}
+
+std::string pathOf(const std::string& argument)
+{
+    return nativePath(locationOf(argument));
 }
 
 std::vector<ResourceLocation> filesOf(const std::string& argument, const std::vector<std::string>& suffixes)
@@ -87,20 +124,23 @@ std::vector<ResourceLocation> filesOf(const std::string& argument, const std::ve
     return files;
 }
 
-std::vector<DoubleDouble> readSeriesFile(const ResourceLocation& file, const SeriesFormat& format)
+SeriesFile readSeriesFile(const ResourceLocation& file, const SeriesFormat& format, const Tell& tell)
 {
     const std::string path = nativePath(file);
-    std::ifstream in(path, std::ios::binary);
-    if (!in) {
+    std::ifstream source(path, std::ios::binary);
+    if (!source) {
         const std::string reason = System::errorMsg(System::lastError());
         throw FileNotReadableException(file, reason);
     }
+    KelvoBase::SHA1 digest;
+    DigestingBuffer buffer(*source.rdbuf(), digest, tell);
+    std::istream in(&buffer);
     std::vector<DoubleDouble> values = readSeries(in, path, format);
     if (!in.eof()) {
         const std::string reason = System::errorMsg(System::lastError());
         throw FileNotReadableException(file, reason);
     }
-    return values;
+    return {std::move(values), digest.getResult(false)};
 }
 
 } // namespace seriesstat

@@ -1,11 +1,12 @@
 #include "Report.h"
 
+#include "ExactNumber.h"
+
 #include <kelvobase/Strings.h>
 
 #include <array>
 #include <iomanip>
 #include <locale>
-#include <optional>
 #include <sstream>
 
 namespace seriesstat
@@ -14,34 +15,60 @@ namespace seriesstat
 namespace
 {
 
-constexpr const char* notDefined = "n/a";
 constexpr unsigned int labelWidth = 22;
 
-std::string numberText(std::optional<double> value, int digits)
-{
-    if (!value) {
-        return notDefined;
-    }
-    std::ostringstream out;
-    out.imbue(std::locale::classic());
-    out << std::showpoint << std::setprecision(digits) << (*value == 0 ? 0.0 : *value); // no "-0"
-    return out.str();
-}
-
 constexpr std::array<Statistic, 9> statistics{{
-    {"count", "count", [](const Summary& s, int) { return std::to_string(s.count); }},
-    {"mean", "mean", [](const Summary& s, int digits) { return numberText(s.mean, digits); }},
-    {"sd", "standard deviation", [](const Summary& s, int digits) { return numberText(s.deviation, digits); }},
-    {"lag1", "lag-1 autocorrelation",
-     [](const Summary& s, int digits) { return numberText(s.autocorrelation, digits); }},
-    {"min", "minimum", [](const Summary& s, int digits) { return numberText(s.minimum, digits); }},
-    {"q1", "lower quartile", [](const Summary& s, int digits) { return numberText(s.lowerQuartile, digits); }},
-    {"median", "median", [](const Summary& s, int digits) { return numberText(s.median, digits); }},
-    {"q3", "upper quartile", [](const Summary& s, int digits) { return numberText(s.upperQuartile, digits); }},
-    {"max", "maximum", [](const Summary& s, int digits) { return numberText(s.maximum, digits); }},
+    {"count", "count", &Summary::count},
+    {"mean", "mean", &Summary::mean},
+    {"sd", "standard deviation", &Summary::deviation},
+    {"lag1", "lag-1 autocorrelation", &Summary::autocorrelation},
+    {"min", "minimum", &Summary::minimum},
+    {"q1", "lower quartile", &Summary::lowerQuartile},
+    {"median", "median", &Summary::median},
+    {"q3", "upper quartile", &Summary::upperQuartile},
+    {"max", "maximum", &Summary::maximum},
 }};
 
+/// A value of each kind, with as many digits as are asked for.
+struct WithDigits
+{
+    int digits;
+
+    std::string operator()(std::size_t value) const { return std::to_string(value); }
+    std::string operator()(double value) const
+    {
+        std::ostringstream out;
+        out.imbue(std::locale::classic());
+        out << std::showpoint << std::setprecision(digits) << (value == 0 ? 0.0 : value); // no "-0"
+        return out.str();
+    }
+    std::string operator()(const std::optional<double>& value) const { return value ? (*this)(*value) : notDefined; }
+};
+
+/// A value of each kind, with all of its digits.
+struct Exact
+{
+    std::string operator()(std::size_t value) const { return std::to_string(value); }
+    std::string operator()(double value) const { return ExactNumber<double>(value).toString(","); }
+    std::string operator()(const std::optional<double>& value) const { return value ? (*this)(*value) : notDefined; }
+};
+
 } // namespace
+
+std::string Statistic::text(const Summary& summary, int digits) const
+{
+    return std::visit([&](auto member) { return WithDigits{digits}(summary.*member); }, field);
+}
+
+std::string Statistic::exactText(const Summary& summary) const
+{
+    return std::visit([&](auto member) { return Exact()(summary.*member); }, field);
+}
+
+bool Statistic::isEqual(const Summary& a, const Summary& b) const
+{
+    return std::visit([&](auto member) { return a.*member == b.*member; }, field);
+}
 
 const Statistic* findStatistic(std::string_view name)
 {

@@ -5,8 +5,11 @@
 
 #include "Statistics.h"
 
+#include <cstddef>
+#include <optional>
 #include <string>
 #include <string_view>
+#include <variant>
 #include <vector>
 
 namespace seriesstat
@@ -15,10 +18,22 @@ namespace seriesstat
 /// One row of the report.
 struct Statistic
 {
-    std::string_view name;  ///< on the command line
+    /// Where a summary has it.
+    using Field = std::variant<std::size_t Summary::*, double Summary::*, std::optional<double> Summary::*>;
+
+    std::string_view name;  ///< on the command line, and in files of results
     std::string_view label; ///< in the report
-    std::string (*text)(const Summary& summary, int digits);
+    Field field;
+
+    /// The value with all of `digits` significant digits, or "n/a".
+    std::string text(const Summary& summary, int digits) const;
+    /// The value with as many digits as it takes to tell it from every other one, or "n/a".
+    std::string exactText(const Summary& summary) const;
+    bool isEqual(const Summary& a, const Summary& b) const;
 };
+
+/// Stands for what is not defined.
+constexpr const char* notDefined = "n/a";
 
 /// The statistic of that name, null if there is none. It lives as long as the program.
 const Statistic* findStatistic(std::string_view name);

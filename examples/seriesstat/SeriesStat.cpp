@@ -1,18 +1,28 @@
 #include "SeriesStat.h"
 
+#include "Comparison.h"
 #include "Configure.h"
+#include "Document.h"
 #include "InputFiles.h"
+#include "OutputFile.h"
 #include "Progress.h"
+#include "ProgressLine.h"
 #include "Remember.h"
 #include "WholeNumber.h"
 
 #include <kelvobase/Exceptions.h>
 #include <kelvobase/Globals.h>
+#include <kelvobase/Strings.h>
 #include <kelvobase/System.h>
+#include <kelvobase/Timer.h>
 
+#include <algorithm>
+#include <clocale>
 #include <cmath>
 #include <iostream>
+#include <iterator>
 #include <memory>
+#include <string_view>
 
 namespace seriesstat
 {
@@ -39,20 +49,38 @@ constexpr const char* configurations =
     " Defaults come from the configuration: the files seriesstat.ini in the directories etc of the installation, of "
     "the working directory and of the user (on Linux ~/.config/dravo2/etc). A later one wins over an earlier one, key "
     "by key, and the command line over all of them. --remember writes the quantity into the file of the user, and "
-    "nothing else; what else this file says stays, but for comments.";
+    "nothing else; what else this file says stays, but for comments. --result writes all statistics of all series, "
+    "with a digest of each file, and --compare tells what has changed since; both may name the same file, which is "
+    "read first and then written anew.";
+constexpr const char* isSame = " is the same file as ";
+constexpr const char* isLost = ", which would be lost.";
+constexpr const char* noFormat = "Option --report takes the name of a file that ends in .html or .tex.";
 constexpr const char* noQuantity =
     "Option --quantity has to be given, or \"quantity\" set in section \"report\" of the configuration: a number "
     "without its quantity and unit is no result.";
 
+/// The format that the name of a file asks for.
+std::optional<DocumentFormat> documentFormat(std::string_view name)
+{
+    if (name.ends_with(".html")) {
+        return DocumentFormat::html;
+    }
+    if (name.ends_with(".tex")) {
+        return DocumentFormat::latex;
+    }
+    return std::nullopt;
+}
+
 } // namespace
 
-SeriesStat::SeriesStat() : Application("seriesstat", 1.1, "The KelvoBase developers", description)
+SeriesStat::SeriesStat() : Application("seriesstat", 1.2, "The KelvoBase developers", description)
 {
     setRevision("1");
     setYear("2026");
     setAdditionalHelpText(std::string(definitions) + configurations);
     defineInputOptions();
     defineReportOptions();
+    defineFileOptions();
     defineConfigurationOptions();
     definePositional("FILE_OR_DIRECTORY...");
 }
@@ -96,6 +124,17 @@ void SeriesStat::defineReportOptions()
         .setArg("number", new WholeNumber(15));
 }
 
+void SeriesStat::defineFileOptions()
+{
+    defineOption("result", 0, false).setHelp("write the results to this file, as XML").setArg("file", new Text);
+    defineOption("compare", 0, false)
+        .setHelp("tell behind the report what is different from the results in this file, which --result wrote")
+        .setArg("file", new Text);
+    defineOption("report", 0, false)
+        .setHelp("write a report with pictures to this file, which ends in .html or .tex")
+        .setArg("file", new Text);
+}
+
 void SeriesStat::defineConfigurationOptions()
 {
     defineOption("config-file", 0, false)
@@ -120,6 +159,17 @@ std::vector<std::string> SeriesStat::listOf(const std::string& option) const
     return elementsOf(*findOption(option)->getValue());
 }
 
+/// Only texts follow the locale, numbers stay as they are everywhere. The XML library may convert by the code page of
+/// the C library (see `XMLParser.h`): that has to be UTF-8, which results are written in, whatever the environment
+/// says.
+void SeriesStat::startup(int argc, char** argv)
+{
+    if (!std::setlocale(LC_CTYPE, "C.UTF-8")) {
+        std::setlocale(LC_CTYPE, "");
+    }
+    Application::startup(argc, argv);
+}
+
 void SeriesStat::postParseInit()
 {
     checkCommandLine();
@@ -133,6 +183,7 @@ void SeriesStat::checkCommandLine() const
     check(nPositional() > 0 || isGiven("sample"), "Which series? Give at least one file or directory, or --sample.");
     check(!isGiven("remember") || isGiven("quantity"),
           "What should be remembered? --remember stores what --quantity says.");
+    check(!isGiven("report") || documentFormat(textOf("report")), noFormat);
     if (isGiven("config-file")) {
         const std::string name = textOf("config-file");
         check(!name.empty() && name.find_first_of("/\\:\"") == std::string::npos,
@@ -210,29 +261,146 @@ std::vector<ResourceLocation> SeriesStat::inputFiles() const
     return files;
 }
 
-std::string SeriesStat::summaryText(const ResourceLocation& file) const
+/// Refuses files that cannot be written, before any work is done.
+void SeriesStat::checkFiles(const std::vector<std::string>& inputs) const
+{
+    std::vector<std::string> read = inputs;
+    checkOutputFile("result", read);
+    if (isGiven("compare")) {
+        read.push_back(pathOf(textOf("compare"))); // the one input that may be renewed
+    }
+    if (isGiven("result")) {
+        read.push_back(pathOf(textOf("result")));
+        std::vector<std::string> texts = inputs;
+        texts.push_back(mSettings.quantity);
+        checkStorable(texts);
+    }
+    checkOutputFile("report", read);
+}
+
+void SeriesStat::checkOutputFile(const std::string& option, const std::vector<std::string>& others) const
+{
+    if (!isGiven(option)) {
+        return;
+    }
+    const std::string path = pathOf(textOf(option));
+    checkPlace(path);
+    for (const std::string& other : others) {
+        if (isSameFile(path, other)) {
+            throw KelvoBase::RuntimeException("Option --" + option + ": " + KelvoBase::quote(path) + isSame +
+                                              KelvoBase::quote(other) + isLost);
+        }
+    }
+}
+
+std::optional<StoredResults> SeriesStat::earlierResults() const
+{
+    if (!isGiven("compare")) {
+        return std::nullopt;
+    }
+    return readResults(pathOf(textOf("compare")));
+}
+
+/// What is found out about a file; `line`, which may be null, shows how far it is read.
+SeriesResult SeriesStat::seriesResult(const ResourceLocation& file, ProgressLine* line) const
 {
     const std::string name = nativePath(file);
     readingProgress() << "reading " << name << std::endl;
-    const std::vector<DoubleDouble> values = readSeriesFile(file, mSettings.format);
-    summaryProgress() << name << ": summarizing " << values.size() << " values" << std::endl;
-    const Summary summary = summarize(values);
-    if (summary.deviation && !std::isfinite(*summary.deviation)) {
+    SeriesFile series = readSeriesFile(file, mSettings.format, [line](std::uintmax_t bytes) {
+        if (line) {
+            line->read(bytes);
+        }
+    });
+    summaryProgress() << name << ": summarizing " << series.values.size() << " values" << std::endl;
+    SeriesResult result{.name = name, .digest = series.digest};
+    if (isGiven("report")) {
+        for (const DoubleDouble& value : series.values) {
+            result.values.push_back(value.high);
+        }
+    }
+    result.summary = summarize(std::move(series.values));
+    if (result.summary.deviation && !std::isfinite(*result.summary.deviation)) {
         throw KelvoBase::RuntimeException(name + ": The standard deviation is out of the range of numbers.");
     }
-    return reportOf(name, summary, mSettings.statistics, mSettings.digits);
+    return result;
+}
+
+StoredResults SeriesStat::evaluate(const std::vector<ResourceLocation>& files) const
+{
+    const System& system = System::instance();
+    const KelvoBase::Time when(system.now());
+    StoredResults stored{.origin = {getVersion(), getRevision(), when.getDate() + " " + when.getTime()}};
+    stored.results.quantity = mSettings.quantity;
+    KelvoBase::Timer timer;
+    timer.start();
+    std::optional<ProgressLine> line;
+    if (textOf("trace-level") != "verbose") { // whose lines would run into this one
+        line.emplace(files.size());
+    }
+    for (const ResourceLocation& file : files) {
+        if (line) {
+            line->begin(stored.results.series.size() + 1, nativePath(file));
+        }
+        stored.results.series.push_back(seriesResult(file, line ? &*line : nullptr));
+    }
+    timer.stop();
+    stored.results.seconds = timer.getTimeInMs(KelvoBase::Timer::Total) / 1000.0;
+    return stored;
+}
+
+std::string SeriesStat::reportText(const Results& results) const
+{
+    std::string report = results.quantity + "\n";
+    for (const SeriesResult& series : results.series) {
+        report += "\n" + reportOf(series.name, series.summary, mSettings.statistics, mSettings.digits);
+    }
+    return report;
+}
+
+std::string SeriesStat::documentText(const StoredResults& stored) const
+{
+    if (!isGiven("report")) {
+        return "";
+    }
+    const std::string imprint = getAppName() + " " + seriesstat::versionText(stored.origin) + ", " + stored.origin.when;
+    return documentOf(stored.results, mSettings, *documentFormat(textOf("report")), imprint);
+}
+
+/// Writes all files beside their places, and puts them there once all of them are complete.
+void SeriesStat::writeFiles(const StoredResults& stored) const
+{
+    const std::string document = documentText(stored);
+    std::vector<std::unique_ptr<OutputFile>> files;
+    if (isGiven("result")) {
+        files.push_back(std::make_unique<OutputFile>(pathOf(textOf("result"))));
+        writeResults(*files.back(), stored);
+    }
+    if (isGiven("report")) {
+        files.push_back(std::make_unique<OutputFile>(pathOf(textOf("report"))));
+        files.back()->write(document);
+    }
+    for (const std::unique_ptr<OutputFile>& file : files) {
+        file->finish();
+    }
 }
 
 int SeriesStat::runMain()
 {
-    std::string report = mSettings.quantity + "\n";
-    for (const ResourceLocation& file : inputFiles()) {
-        report += "\n" + summaryText(file);
+    const std::vector<ResourceLocation> files = inputFiles();
+    std::vector<std::string> names;
+    std::transform(files.begin(), files.end(), std::back_inserter(names), nativePath);
+    checkFiles(names);
+    const std::optional<StoredResults> earlier = earlierResults();
+    const StoredResults now = evaluate(files);
+    std::string report = reportText(now.results);
+    if (earlier) {
+        report += "\n" + comparisonOf(*earlier, now, pathOf(textOf("compare")));
     }
     report.pop_back(); // `message` ends the last line
     if (isGiven("remember")) {
         remember();
     }
+    writeFiles(now);
     message(report);
     std::cout.flush();
     check(std::cout.good(), "The report could not be written.");

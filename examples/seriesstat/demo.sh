@@ -3,7 +3,8 @@
 #
 #     demo.sh BUILD_DIRECTORY
 #
-# It installs the tool in a temporary directory, which also stands for the user's home: nothing else is touched.
+# It installs the tool in a temporary directory, which also stands for the user's home. Nothing else is touched, but for
+# the last step: its report goes to BUILD_DIRECTORY/report, and stays there.
 set -eu
 
 if [ $# -ne 1 ] || [ ! -x "$1/examples/seriesstat/bin/seriesstat" ]; then
@@ -21,6 +22,7 @@ mkdir -p "$XDG_CONFIG_HOME"
 unset DRAVO2_BASEDIR DRAVO2_INSTDIR HOMEDRIVE HOMEPATH
 build=$(cd "$1" && pwd)
 cd "$(dirname "$0")"
+example=$(pwd)
 lab=$scratch/lab
 quantity='speed of light in air / (1000 km/s)'
 
@@ -145,6 +147,24 @@ refused seriesstat -q "$quantity" data/no-such-file.txt 2>&1
 
 mkdir "$scratch/project"
 cd "$scratch/project"
+title 'Results in a file'
+cp "$example/data/michelson-1879.txt" .
+show seriesstat -q "$quantity" --stats=mean,sd --result=last.xml michelson-1879.txt
+show cat last.xml
+
+title 'What has changed since: nothing'
+expect '  nothing changed' seriesstat -q "$quantity" --stats=mean,sd --compare=last.xml michelson-1879.txt
+
+title 'What has changed since: the first value, 299.850 before'
+sed '5s/299\.850/299.950/' "$example/data/michelson-1879.txt" >michelson-1879.txt
+expect '  michelson-1879.txt: bytes changed, and statistics' \
+    seriesstat -q "$quantity" --stats=mean,sd --compare=last.xml --result=last.xml michelson-1879.txt
+rm michelson-1879.txt
+
+title 'A damaged result: one message, status 1, no result'
+sed '$d' last.xml >damaged.xml
+refused seriesstat -q "$quantity" --compare=damaged.xml --sample=michelson-1879.txt 2>&1
+
 title 'Data that come with the tool, from wherever it was installed'
 expect "$lab/share/seriesstat/michelson-1879.txt" \
     seriesstat -q "$quantity" --stats=mean,sd --sample=michelson-1879.txt
@@ -187,3 +207,13 @@ show mv "$lab" "$scratch/moved"
 PATH=$scratch/moved/bin:$PATH
 hash -r
 expect "$scratch/moved/share/seriesstat/michelson-1879.txt" seriesstat --sample=michelson-1879.txt
+
+title 'A report with pictures'
+cd "$example"
+mkdir -p "$build/report"
+subject='speed of light in air / (1000 km/s), and the numerical accuracy'
+for file in "$build/report/report.html" "$build/report/report.tex"; do
+    show seriesstat -q "$subject" --stats=count --report="$file" data/michelson-1879.txt data/numacc
+    [ -s "$file" ] || exit 1
+done
+printf '\nThe report stays in %s and %s.\n' "$build/report/report.html" "$build/report/report.tex"

@@ -4,8 +4,11 @@
 #include "support/Text.h"
 
 #include <kelvobase/Exceptions.h>
+#include <kelvobase/SHA1.h>
 
 #include <gtest/gtest.h>
+
+#include <algorithm>
 
 namespace seriesstat
 {
@@ -85,11 +88,57 @@ TEST(InputFilesTest, FileFoundInADirectoryIsRead)
     const ScratchDirectory scratch;
     scratch.write("d/a.txt", "4\n5\n");
     for (const ResourceLocation& file : filesOf(scratch.path().string(), {})) {
-        const std::vector<DoubleDouble> values = readSeriesFile(file, {});
+        const std::vector<DoubleDouble> values = readSeriesFile(file, {}).values;
         ASSERT_EQ(2U, values.size());
         EXPECT_EQ(4, values[0].high);
         EXPECT_EQ(5, values[1].high);
     }
+}
+
+TEST(InputFilesTest, DigestIsThatOfAllBytes)
+{
+    const ScratchDirectory scratch;
+    const ScopedWorkingDirectory inside(scratch.path());
+    std::string longText = "1\n";
+    for (int i = 0; i < 100000; ++i) {
+        longText += "# " + std::to_string(i) + "\r\n";
+    }
+    KelvoBase::SHA1 sha1;
+    sha1.input(longText.begin(), longText.end());
+    const std::vector<std::pair<std::string, std::string>> rows{
+        {"1\n", "e5fa44f2b31c1fb553b6021e7360d07d5d91ff5e"},
+        {"1", "356a192b7913b04c54574d18c28d46e6395428ab"},
+        {"\xEF\xBB\xBF"
+         "1\n",
+         "6325fb77195473e20378fd0655476c91d4dd7b7c"},
+        {longText, sha1.getResult(false)},
+    };
+    for (const auto& [content, digest] : rows) {
+        scratch.write("a.txt", content);
+        EXPECT_EQ(digest, readSeriesFile("a.txt", {}).digest) << content.substr(0, 10);
+    }
+}
+
+TEST(InputFilesTest, ReadingTellsHowManyBytesThereWere)
+{
+    const ScratchDirectory scratch;
+    const ScopedWorkingDirectory inside(scratch.path());
+    const std::size_t size = 100000;
+    scratch.write("large.txt", "1" + std::string(size - 1, ' '));
+    std::vector<std::uintmax_t> told;
+    readSeriesFile("large.txt", {}, [&](std::uintmax_t bytes) { told.push_back(bytes); });
+    EXPECT_LT(2u, told.size());
+    EXPECT_TRUE(std::is_sorted(told.begin(), told.end()));
+    EXPECT_EQ(size, told.back());
+}
+
+TEST(InputFilesTest, PathOfAFileThatIsNotThereYetIsNative)
+{
+    EXPECT_EQ("d/new.xml", pathOf("d\\new.xml"));
+    EXPECT_EQ("d/new.xml", pathOf("d/new.xml/"));
+    EXPECT_EQ("", pathOf(""));
+    EXPECT_EQ("\"http://host/x\" is not a (locally accessible) file or directory name.",
+              textOf<NotAFileException>([] { pathOf("http://host/x"); }));
 }
 
 } // namespace

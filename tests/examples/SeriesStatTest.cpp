@@ -5,6 +5,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <regex>
 
 namespace seriesstat
 {
@@ -18,7 +19,8 @@ using KelvoBase::test::ScratchDirectory;
 using test::runSeriesStat;
 
 // Runs on the example's own data. A file of the folder golden is the transcript of one run: the command line, standard
-// output, standard error behind a mark if there is any, and the status. A new file there is a new test.
+// output, standard error behind a mark if there is any, and the status. Run times, which are never the same, are
+// replaced by "T". A new file *.txt there is a new test.
 
 std::vector<std::string> wordsOf(const std::string& command)
 {
@@ -31,7 +33,9 @@ std::string transcriptOf(const std::string& commandLine)
 {
     const std::vector<std::string> words = wordsOf(commandLine);
     const ChildResult run = runSeriesStat({words.begin() + 2, words.end()}, SERIESSTAT_SOURCES);
-    return commandLine + "\n" + run.out + (run.err.empty() ? "" : "[standard error]\n" + run.err) + "[status " +
+    const std::regex times("run time: [0-9.e-]+ s -> [0-9.e-]+ s");
+    const std::string out = std::regex_replace(run.out, times, "run time: T s -> T s");
+    return commandLine + "\n" + out + (run.err.empty() ? "" : "[standard error]\n" + run.err) + "[status " +
            std::to_string(run.status) + "]\n";
 }
 
@@ -39,7 +43,9 @@ std::vector<std::filesystem::path> goldenFiles()
 {
     std::vector<std::filesystem::path> files;
     for (const auto& entry : std::filesystem::directory_iterator(SERIESSTAT_SOURCES "/golden")) {
-        files.push_back(entry.path());
+        if (entry.path().extension() == ".txt") {
+            files.push_back(entry.path());
+        }
     }
     std::sort(files.begin(), files.end());
     return files;
@@ -177,6 +183,8 @@ TEST(SeriesStatTest, BadCommandLineEndsTheRun)
         {{"-qx", "--stats=", "good.txt"},
          "Option --stats: \"\" does not fit. Expected is all, or some of count, mean, sd, lag1, min, q1, median, q3, "
          "max."},
+        {{"-qx", "--report=r.pdf", "good.txt"}, "Option --report takes the name of a file that ends in .html or .tex."},
+        {{"-qx", "--report=", "good.txt"}, "Option --report takes the name of a file that ends in .html or .tex."},
         {{"-qx", "--sort", "good.txt"}, "Unknown option sort!"},
         {{"-qx", "--trace-level=loud", "good.txt"}, "Tracelevel loud unknown."},
     });

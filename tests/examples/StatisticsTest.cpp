@@ -28,7 +28,7 @@ Summary summaryOf(const std::vector<double>& numbers)
 
 Summary summaryOfFile(const std::string& name)
 {
-    return summarize(readSeriesFile(std::string(SERIESSTAT_SOURCES "/data/") + name, {}));
+    return summarize(readSeriesFile(std::string(SERIESSTAT_SOURCES "/data/") + name, {}).values);
 }
 
 /// How many digits agree: the log relative error, 16 for equal numbers.

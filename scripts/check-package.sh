@@ -78,8 +78,7 @@ without_xerces() {
     grep -qF "built without XML" <<<"$said" || die "no word of why there is no component xml: $said"
 }
 
-version=$(sed -nE 's/^ *VERSION ([0-9.]+)$/\1/p' "$top/CMakeLists.txt" | head -n 1)
-[ -n "$version" ] || die "CMakeLists.txt: no version"
+version=$(project_version)
 kinds=(shared static)
 for kind in "${kinds[@]}"; do
     shared=ON

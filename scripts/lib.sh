@@ -20,6 +20,13 @@ has_command() {
     command -v "$1" >/dev/null 2>&1
 }
 
+project_version() {
+    local version
+    version=$(sed -nE 's/^ *VERSION ([0-9.]+)$/\1/p' "$top/CMakeLists.txt" | head -n 1)
+    [ -n "$version" ] || die "CMakeLists.txt: no version"
+    printf '%s\n' "$version"
+}
+
 # A C++ compiler of some name; cmake finds the same ones.
 compiler() {
     local candidate

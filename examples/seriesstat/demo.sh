@@ -2,13 +2,16 @@
 # Shows what seriesstat does, on the data beside this script. Fails where the program does not do what it should.
 #
 #     demo.sh BUILD_DIRECTORY
+#     demo.sh INSTALLATION [SETTINGS [DRIVE]]
 #
-# It installs the tool in a temporary directory, which also stands for the user's home. Nothing else is touched, but for
-# the last step: its report goes to BUILD_DIRECTORY/report, and stays there.
+# It installs the tool in a temporary directory, or copies an installation there. That directory also stands for the
+# user's home. A tool of another system keeps what is the user's in SETTINGS instead, and shows absolute paths with DRIVE
+# in front. Nothing else is touched, but for the last step: its report goes to the directory "report" of the given one,
+# and stays there.
 set -eu
 
-if [ $# -ne 1 ] || [ ! -x "$1/examples/seriesstat/bin/seriesstat" ]; then
-    echo "usage: $0 BUILD_DIRECTORY (there is no program $1/examples/seriesstat/bin/seriesstat)" >&2
+if [ $# -lt 1 ] || { [ ! -x "$1/examples/seriesstat/bin/seriesstat" ] && [ ! -x "$1/bin/seriesstat" ]; }; then
+    echo "usage: $0 BUILD_DIRECTORY, or $0 INSTALLATION [SETTINGS [DRIVE]] (no program seriesstat in '${1:-}')" >&2
     exit 2
 fi
 scratch=$(mktemp -d)
@@ -24,6 +27,8 @@ build=$(cd "$1" && pwd)
 cd "$(dirname "$0")"
 example=$(pwd)
 lab=$scratch/lab
+settings=${2:-$XDG_CONFIG_HOME}/dravo2/etc
+drive=${3:-}
 quantity='speed of light in air / (1000 km/s)'
 
 title()
@@ -106,8 +111,12 @@ compare()
 }
 
 title 'An installation'
-cmake --install "$build" --prefix "$lab" >/dev/null
-show cmake --install "$build" --prefix "$lab" --component seriesstat
+if [ -x "$build/examples/seriesstat/bin/seriesstat" ]; then
+    cmake --install "$build" --prefix "$lab" >/dev/null
+    show cmake --install "$build" --prefix "$lab" --component seriesstat
+else
+    show cp -R "$build" "$lab"
+fi
 PATH=$lab/bin:$PATH
 export PATH
 
@@ -166,7 +175,7 @@ sed '$d' last.xml >damaged.xml
 refused seriesstat -q "$quantity" --compare=damaged.xml --sample=michelson-1879.txt 2>&1
 
 title 'Data that come with the tool, from wherever it was installed'
-expect "$lab/share/seriesstat/michelson-1879.txt" \
+expect "$drive$lab/share/seriesstat/michelson-1879.txt" \
     seriesstat -q "$quantity" --stats=mean,sd --sample=michelson-1879.txt
 
 title 'Who wins: the installation'
@@ -178,7 +187,7 @@ configure etc/seriesstat.ini '[report]' 'digits = 8'
 expect '  mean                   299.85240' seriesstat -q "$quantity" --sample=michelson-1879.txt
 
 title 'Who wins: the user over both'
-configure "$XDG_CONFIG_HOME/dravo2/etc/seriesstat.ini" '[report]' 'digits = 4   # enough for me'
+configure "$settings/seriesstat.ini" '[report]' 'digits = 4   # enough for me'
 expect '  mean                   299.9' seriesstat -q "$quantity" --sample=michelson-1879.txt
 
 title 'Who wins: the command line over all of them'
@@ -193,12 +202,12 @@ rm -r etc
 title 'A report needs a quantity, and can remember it'
 refused seriesstat --sample=michelson-1879.txt 2>&1
 show seriesstat --remember -q "$quantity" --sample=michelson-1879.txt
-show cat "$XDG_CONFIG_HOME/dravo2/etc/seriesstat.ini"
+show cat "$settings/seriesstat.ini"
 expect "$quantity" seriesstat --sample=michelson-1879.txt
 
 title 'Trace areas of the tool, and one of the user'
 show seriesstat --trace-level=verbose --trace-area=SeriesSummary --sample=michelson-1879.txt
-configure "$XDG_CONFIG_HOME/dravo2/etc/TraceAreas.ini" '[TraceMainAreas]' Mine '[TraceSubAreas]' \
+configure "$settings/TraceAreas.ini" '[TraceMainAreas]' Mine '[TraceSubAreas]' \
     'SeriesReading = Mine' 'SeriesSummary = Mine'
 show seriesstat --trace-level=verbose --trace-area=Mine --sample=michelson-1879.txt
 
@@ -206,7 +215,7 @@ title 'The installation can be moved'
 show mv "$lab" "$scratch/moved"
 PATH=$scratch/moved/bin:$PATH
 hash -r
-expect "$scratch/moved/share/seriesstat/michelson-1879.txt" seriesstat --sample=michelson-1879.txt
+expect "$drive$scratch/moved/share/seriesstat/michelson-1879.txt" seriesstat --sample=michelson-1879.txt
 
 title 'A report with pictures'
 cd "$example"

@@ -17,7 +17,7 @@ namespace KelvoBase
 {
 
 /// Signal handler: stores `signal` for `System::signalReceived` and does nothing else. It does not install itself
-/// again; whether it stays in place behind a signal is up to the system (on Linux it does). C linkage.
+/// again; whether it stays in place behind a signal is up to the system: on Linux it does, on Windows not. C linkage.
 extern "C" KELVOBASE_API void handleSignal(int signal);
 
 /// Identity of machine and user, environment, directories of an installation and of the user, error texts, and a latch
@@ -39,13 +39,13 @@ public:
     /// \name Masks for `enableSignalHandling`
     /// They are no signal numbers: `sighup` and `sigalrm` enable nothing.
     /// @{
-    static constexpr int sigterm = 15;
-    static constexpr int sigint = 2;
-    static constexpr int sighup = 0;
-    static constexpr int sigalrm = 0;
+    static const int sigterm = 15;
+    static const int sigint = 2;
+    static const int sighup = 0;
+    static const int sigalrm = 0;
     /// @}
     /// What `lastError` gives when there was none.
-    static constexpr int ERRORCODE_NOERROR = 0;
+    static const int ERRORCODE_NOERROR = 0;
     /// Stands for the output of a command that nobody wants to have.
     static std::string defaultCmdOutput;
 
@@ -68,7 +68,7 @@ public:
     /// The thread's last system error (`GetLastError`, `errno`). Reading clears it: a second call gives
     /// `ERRORCODE_NOERROR`. Fetch it before any other step that may touch it, a message included.
     static unsigned long lastError();
-    /// The system's text for an error code, without line ends. On Linux:
+    /// The system's text for an error code, without line ends (on Windows a blank ends it). On Linux:
     ///
     ///     2                    => "No such file or directory"
     ///     0                    => "Success"
@@ -83,7 +83,7 @@ public:
     /// The value of an environment variable; `defaultValue` only if it does not exist, so an empty one gives "".
     static std::string getEnv(const std::string& name, const std::string& defaultValue);
     /// Sets an environment variable for this process and its children. The text is kept for ever. It ends at the first
-    /// zero byte of `value`; a zero byte or "=" in `name` is for the system to judge.
+    /// zero byte of `value`; a zero byte or "=" in `name` is up to the system. Windows: an empty value removes it.
     static void setEnv(const std::string& name, const std::string& value);
 
     /// The working directory in the text form of locations: `C:\lab\dir`, also on Linux.

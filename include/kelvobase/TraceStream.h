@@ -24,12 +24,12 @@ class KELVOBASE_API Trace
 {
 public:
     /// Passes every selection of levels and areas, and has no prefix.
-    static constexpr unsigned int crit = 0;
-    static constexpr unsigned int fail = 1;
-    static constexpr unsigned int warn = 2;
-    static constexpr unsigned int verbose = 3;
+    static const unsigned int crit = 0;
+    static const unsigned int fail = 1;
+    static const unsigned int warn = 2;
+    static const unsigned int verbose = 3;
     /// No level: the answer of `interpret` to a word that names none.
-    static constexpr unsigned int undef = 99;
+    static const unsigned int undef = 99;
 
     /// The level of a word, "crit", "fail", "warn" or "verbose", to the letter; else `undef`.
     static unsigned int interpret(const std::string& word);

@@ -24,7 +24,7 @@ namespace KelvoBase::platform
 
 // Errors
 
-/// The thread's last error, which is cleared.
+/// The thread's last error, which is cleared; 0 if there was none.
 unsigned long takeLastError() noexcept;
 /// The system's text for a code, without line ends; nothing for a code without text or out of the system's range.
 std::optional<std::string> errorText(unsigned long code);
@@ -36,8 +36,9 @@ bool isAlreadyExists(unsigned long code) noexcept;
 /// Number of the current drive, 1 for A.
 int currentDrive() noexcept;
 /// The path that the system's own calls take for a library path. A path that names no place on this system (a
-/// network path or another drive, where there are none) gives a path for which every call of the system fails as for
-/// a missing file; it never falls on a local file of the same spelling.
+/// network path or another drive, where there are none; a text with a zero byte) gives a path for which every call of
+/// the system fails as for a missing file; it never falls on a local file of the same spelling. A drive alone is its
+/// root.
 std::string nativePath(const std::string& path);
 /// Whether a native path, or a name from a directory, can be written as a location that means the same.
 bool isHoldable(std::string_view native) noexcept;
@@ -71,7 +72,7 @@ bool removeFile(const std::string& path);
 bool removeDirectory(const std::string& path);
 /// Makes one level of directories.
 bool makeDirectory(const std::string& path);
-/// Renames without replacing: with a name that is taken it fails and touches nothing, as one step.
+/// Renames without replacing: with a name that another file has it fails and touches nothing, as one step.
 bool moveFile(const std::string& from, const std::string& to);
 /// Whether both paths name one existing file.
 bool isSameFile(const std::string& a, const std::string& b);
@@ -83,7 +84,7 @@ std::optional<unsigned long long> fileSize(const std::string& path);
 struct DirectoryEntry
 {
     std::string name;
-    std::optional<EntryKind> kind; ///< if the directory says so; never for a link
+    std::optional<EntryKind> kind; ///< if the directory says so; never for a link, or a name that is not the whole one
 };
 /// Adds the names of a directory to `entries`, in the system's order, "." and ".." and hidden names perhaps among
 /// them.
@@ -120,12 +121,13 @@ void stopNetwork() noexcept;
 /// The current time, cut to whole milliseconds.
 Time::Mtime_t now() noexcept;
 /// Puts NAME=VALUE into the environment; `assignment` belongs to the environment from then on and is never released.
+/// Where the system has no empty variables, an empty value removes one.
 void putEnvironment(char* assignment);
 
 // Libraries loaded at run time. One that fails leaves its reason where `takeLoaderText` finds it, or `takeLastError`.
 
 /// A library that was loaded, as the port counts it; 0 is none. One that was released is known to be: asking it for a
-/// symbol, or releasing it again, fails and does nothing else.
+/// symbol, or releasing it again, fails and does nothing else (see Modules.h).
 using Module = std::uintptr_t;
 /// Loads a library with all it needs; 0 if that fails.
 Module loadLibrary(const std::string& path);

@@ -44,6 +44,12 @@ std::uint32_t addressOf(const std::string& host)
 
 } // namespace
 
+// The header has their values; here they are exported, for those who take a reference.
+const int System::sigterm;
+const int System::sigint;
+const int System::sighup;
+const int System::sigalrm;
+const int System::ERRORCODE_NOERROR;
 std::string System::defaultCmdOutput;
 
 System::System()

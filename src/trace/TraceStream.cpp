@@ -395,6 +395,13 @@ TraceStreamBuf& theBuf()
 
 } // namespace
 
+// The header has their values; here they are exported, for those who take a reference.
+const unsigned int Trace::crit;
+const unsigned int Trace::fail;
+const unsigned int Trace::warn;
+const unsigned int Trace::verbose;
+const unsigned int Trace::undef;
+
 unsigned int Trace::interpret(const std::string& word)
 {
     if (word == "crit") {

@@ -5,6 +5,7 @@
 #include "support/Capture.h"
 #include "support/Scratch.h"
 #include "support/Text.h"
+#include "support/UserData.h"
 
 #include <kelvobase/Any.h>
 #include <kelvobase/Application.h>
@@ -43,7 +44,7 @@ struct Places
     test::ScopedWorkingDirectory here{(scratch.write("work/present", ""), scratch / "work")};
     test::ScopedEnvironment base{"DRAVO2_BASEDIR", (scratch.write("base/present", ""), scratch.location("base"))};
     test::ScopedEnvironment installation{"DRAVO2_INSTDIR", std::nullopt};
-    test::ScopedEnvironment config{"XDG_CONFIG_HOME", (scratch / "config").string()};
+    test::ScopedUserData user{scratch / "config"};
 };
 
 Places& places()
@@ -69,7 +70,7 @@ protected:
     static void write(const std::string& path, const std::string& content) { places().scratch.write(path, content); }
     static std::filesystem::path userFile(const std::string& name = "Probe.ini")
     {
-        return places().scratch / "config" / "dravo2" / "etc" / name;
+        return places().user.folder() / "dravo2" / "etc" / name;
     }
     static std::string entry(Probe& tool, const std::string& key)
     {
@@ -85,9 +86,10 @@ protected:
 private:
     static void clean()
     {
-        for (const char* directory : {"base/etc", "work/etc", "config"}) {
+        for (const char* directory : {"base/etc", "work/etc"}) {
             std::filesystem::remove_all(places().scratch / directory);
         }
+        std::filesystem::remove_all(places().user.folder() / "dravo2");
         // The directory of the user is asked for once in a process, and made then.
         std::filesystem::create_directories(userFile().parent_path());
     }
@@ -98,7 +100,9 @@ private:
 TEST_F(Configuration, IsNamedAsTheApplication)
 {
     write("base/etc/Probe.ini", "[a]\nk=base\n");
-    write("base/etc/probe.ini", "[a]\nk=program\n");
+    if (!std::filesystem::exists(places().scratch / "base/etc/probe.ini")) { // the same file where case does not count
+        write("base/etc/probe.ini", "[a]\nk=program\n");
+    }
     Probe tool;
     tool.prepare({});
     EXPECT_EQ(entry(tool, "k"), "base");
@@ -108,7 +112,7 @@ TEST_F(Configuration, AddsUpOverTheDirectories)
 {
     write("base/etc/Probe.ini", "[a]\nbase=1\nwork=1\nuser=1\n");
     write("work/etc/Probe.ini", "[a]\nwork=2\nuser=2\n");
-    write("config/dravo2/etc/Probe.ini", "[a]\nuser=3\n");
+    test::writeFile(userFile(), "[a]\nuser=3\n");
     Probe tool;
     EXPECT_EQ(entry(tool, "base") + entry(tool, "work") + entry(tool, "user"), "123");
 }
@@ -193,8 +197,8 @@ TEST_F(Configuration, OptionNamesWhatIsSearchedForAndNoPath)
         EXPECT_EQ(entry(tool, "k"), "etc");
         change(tool);
     }
-    EXPECT_EQ(test::contentOf(userFile("own.ini")), "[a]\nk=etc\nnew=1\n\n");
-    EXPECT_EQ(test::contentOf(places().scratch / "work" / "own.ini"), "[a]\nk=here\n");
+    EXPECT_EQ(test::textIn(userFile("own.ini")), "[a]\nk=etc\nnew=1\n\n");
+    EXPECT_EQ(test::textIn(places().scratch / "work" / "own.ini"), "[a]\nk=here\n");
 }
 
 // Faults
@@ -279,7 +283,7 @@ TEST_F(Configuration, IsSavedWholeIntoTheUsersFile)
         Probe tool;
         change(tool);
     }
-    EXPECT_EQ(test::contentOf(userFile()), "[a]\nk=base\nnew=1\n\n[b]\nk=1,2\n\n");
+    EXPECT_EQ(test::textIn(userFile()), "[a]\nk=base\nnew=1\n\n[b]\nk=1,2\n\n");
 }
 
 TEST_F(Configuration, IsSavedOnlyIfItWasChanged)
@@ -291,12 +295,12 @@ TEST_F(Configuration, IsSavedOnlyIfItWasChanged)
         tool.getConfigFile()->createSection("more");
     }
     EXPECT_FALSE(std::filesystem::exists(userFile()));
-    write("config/dravo2/etc/Probe.ini", "# mine\n[a]\nk = 1\n");
+    test::writeFile(userFile(), "# mine\n[a]\nk = 1\n");
     {
         Probe tool;
         tool.getConfigFile();
     }
-    EXPECT_EQ(test::contentOf(userFile()), "# mine\n[a]\nk = 1\n");
+    EXPECT_EQ(test::textIn(userFile()), "# mine\n[a]\nk = 1\n");
 }
 
 TEST_F(Configuration, IsSavedAlsoIfAConstructorFailsBehindIt)
@@ -311,7 +315,7 @@ TEST_F(Configuration, IsSavedAlsoIfAConstructorFailsBehindIt)
     };
     write("base/etc/Probe.ini", "[a]\n");
     EXPECT_THROW(Failing(), std::runtime_error);
-    EXPECT_EQ(test::contentOf(userFile()), "[a]\nnew=1\n\n");
+    EXPECT_EQ(test::textIn(userFile()), "[a]\nnew=1\n\n");
     EXPECT_TRUE(Application::isNotCreated());
 }
 
@@ -399,7 +403,7 @@ TEST_F(Configuration, FileThatCannotBeWrittenIsToldAtTheEnd)
             change(tool);
             std::filesystem::create_directories(userFile());
         }
-        const std::string file = "file://localhost/" + places().scratch.location("config/dravo2/etc/Probe.ini");
+        const std::string file = "file://localhost/" + test::locationOf(userFile());
         EXPECT_EQ(err.text(), streams ? "ConfigFile: Unable to open file '" + file + "'\n" : "");
         EXPECT_TRUE(Application::isNotCreated());
         EXPECT_EQ(TraceAreaMgr::instance(), nullptr);

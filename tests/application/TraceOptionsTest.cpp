@@ -27,9 +27,9 @@ namespace
 using test::Capture;
 using test::ChildOptions;
 using test::ChildResult;
-using test::contentOf;
 using test::Probe;
 using test::ScratchDirectory;
+using test::textIn;
 using Words = std::vector<std::string>;
 
 class TraceOptions : public testing::Test
@@ -182,7 +182,7 @@ TEST_F(TraceOptions, TraceGoesToAFile)
     const ChildResult result = optionTool({"-tverbose", "--trace-to=" + file});
     EXPECT_EQ(result.status, 10);
     EXPECT_EQ(result.err, "");
-    EXPECT_TRUE(areRunLines(contentOf(file),
+    EXPECT_TRUE(areRunLines(textIn(file),
                             std::string(OPTION_TOOL) + " (Rev. ) --trace-to=" + file + " --trace-level=verbose "));
 }
 

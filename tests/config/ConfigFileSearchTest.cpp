@@ -72,7 +72,7 @@ protected:
     bool isMade(const std::string& directory) const { return mSystem->directories.contains(directory); }
     std::optional<std::string> content(const std::string& path) const
     {
-        return std::filesystem::exists(mScratch / flat(path)) ? std::optional(contentOf(mScratch / flat(path)))
+        return std::filesystem::exists(mScratch / flat(path)) ? std::optional(textIn(mScratch / flat(path)))
                                                               : std::nullopt;
     }
     /// Notes every question to the file system from now on.

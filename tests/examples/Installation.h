@@ -5,6 +5,7 @@
 
 #include "support/ChildProcess.h"
 #include "support/Scratch.h"
+#include "support/UserData.h"
 
 #include <array>
 #include <filesystem>
@@ -15,7 +16,8 @@
 namespace seriesstat::test
 {
 
-/// The places, in the order in which one wins over those in front of it. Each holds a directory `etc`.
+/// The places, in the order in which one wins over those in front of it. Each holds a directory `etc`. In names of
+/// files, "user" is the folder in which the system keeps the user's data, wherever that is.
 ///
 ///     base          the directory that DRAVO2_BASEDIR names
 ///     inst          the directory that DRAVO2_INSTDIR names
@@ -30,18 +32,27 @@ public:
     Installation()
     {
         for (const char* name : places) {
-            std::filesystem::create_directories(mRoot / name / "etc");
+            std::filesystem::create_directories(*this / name / "etc");
         }
         std::filesystem::create_directory(mRoot / "place/bin");
-        std::filesystem::copy_file(SERIESSTAT_PROGRAM, mRoot / "place/bin/seriesstat");
+        std::filesystem::copy_file(SERIESSTAT_PROGRAM, mRoot / "place/bin" / programFile);
     }
 
     const KelvoBase::test::ScratchDirectory& root() const { return mRoot; }
-    std::filesystem::path operator/(const std::string& name) const { return mRoot / name; }
+    std::filesystem::path operator/(const std::string& name) const
+    {
+        if (name != "user" && !name.starts_with("user/")) {
+            return mRoot / name;
+        }
+        std::filesystem::path path = mUser.folder();
+        path += name.substr(4);
+        return path.make_preferred();
+    }
     /// Writes a file, byte for byte; names are those of the places with "/" and what follows.
     std::filesystem::path write(const std::string& name, const std::string& content) const
     {
-        return mRoot.write(name, content);
+        KelvoBase::test::writeFile(*this / name, content);
+        return *this / name;
     }
 
     /// The environment of a run: this one and no other.
@@ -51,9 +62,9 @@ public:
         options.workingDirectory = (mRoot / "work").string();
         options.environment = {{"PATH", (mRoot / "place/bin").string()},
                                {"HOME", (mRoot / "home").string()},
-                               {"XDG_CONFIG_HOME", (mRoot / "user").string()},
                                {"DRAVO2_BASEDIR", (mRoot / "base").string()},
                                {"DRAVO2_INSTDIR", (mRoot / "inst").string()}};
+        options.environment.insert(options.environment.end(), mUser.environment().begin(), mUser.environment().end());
         options.unset = {"HOMEDRIVE", "HOMEPATH"};
         return options;
     }
@@ -75,18 +86,29 @@ public:
     std::map<std::string, std::string> content() const
     {
         std::map<std::string, std::string> all;
-        for (const auto& entry : std::filesystem::recursive_directory_iterator(mRoot.path())) {
-            const std::string name = entry.path().lexically_relative(mRoot.path()).generic_string();
-            if (name == "place/bin/seriesstat") {
-                continue;
-            }
-            all[name] = entry.is_regular_file() ? KelvoBase::test::contentOf(entry.path()) : "directory";
+        add(mRoot.path(), "", all);
+        std::erase_if(all, [](const auto& entry) { return entry.first.starts_with("user"); });
+        if (std::filesystem::exists(*this / "user")) {
+            all["user"] = "directory";
+            add(*this / "user", "user/", all);
         }
+        all.erase("place/bin/" + programFile);
         return all;
     }
 
 private:
+    static void add(const std::filesystem::path& directory, const std::string& prefix,
+                    std::map<std::string, std::string>& all)
+    {
+        for (const auto& entry : std::filesystem::recursive_directory_iterator(directory)) {
+            const std::string name = prefix + entry.path().lexically_relative(directory).generic_string();
+            all[name] = entry.is_regular_file() ? KelvoBase::test::contentOf(entry.path()) : "directory";
+        }
+    }
+
+    const std::string programFile = std::filesystem::path(SERIESSTAT_PROGRAM).filename().string();
     KelvoBase::test::ScratchDirectory mRoot;
+    KelvoBase::test::UserData mUser{mRoot / "user"};
 };
 
 /// What stands behind the message of a refused run.

@@ -307,7 +307,7 @@ TEST(LayersTest, SampleIsFoundFromTheWorkingDirectoryBackwards)
     for (std::size_t i = 0; i < order.size(); ++i) {
         const std::filesystem::path file = installation / order[i] / "share/seriesstat/sub/s.txt";
         const ChildResult run = installation.run({"-qx", "-smax", "--digits=2", "--sample=sub/s.txt"});
-        EXPECT_EQ("x\n\n" + file.string() + "\n  maximum                " +
+        EXPECT_EQ("x\n\n" + file.generic_string() + "\n  maximum                " +
                       (i == 0 ? "0.0" : std::to_string(i) + ".0") + "\n",
                   run.out);
         EXPECT_EQ("", run.err);
@@ -336,7 +336,7 @@ TEST(LayersTest, SampleStandsInFrontOfOtherFiles)
     const Installation installation;
     installation.write("work/d.txt", "1\n");
     installation.write("place/share/seriesstat/s.txt", "2\n");
-    EXPECT_EQ("x\n\n" + (installation / "place/share/seriesstat/s.txt").string() +
+    EXPECT_EQ("x\n\n" + (installation / "place/share/seriesstat/s.txt").generic_string() +
                   "\n  mean                   2.\n\nd.txt\n  mean                   1.\n",
               installation.run({"-qx", "-smean", "--digits=1", "d.txt", "--sample=s.txt"}).out);
 }
@@ -351,11 +351,12 @@ TEST(LayersTest, InstallationCanBeMoved)
     std::filesystem::create_directory(installation / "opt");
     std::filesystem::rename(installation / "place", installation / "opt/moved");
     ChildOptions options = installation.options();
-    options.environment = {{"PATH", (installation / "opt/moved/bin").string()},
-                           {"XDG_CONFIG_HOME", (installation / "user").string()}};
+    const KelvoBase::test::UserData user(installation / "another user");
+    options.environment = user.environment();
+    options.environment.emplace_back("PATH", (installation / "opt/moved/bin").string());
     options.unset = {"DRAVO2_BASEDIR", "DRAVO2_INSTDIR", "HOME", "HOMEDRIVE", "HOMEPATH"};
     const ChildResult run = Installation::run({"--sample=s.txt"}, options);
-    EXPECT_EQ("x\n\n" + (installation / "opt/moved/share/seriesstat/s.txt").string() +
+    EXPECT_EQ("x\n\n" + (installation / "opt/moved/share/seriesstat/s.txt").generic_string() +
                   "\n  mean                   1.0\n",
               run.out);
     EXPECT_EQ("", run.err);
@@ -365,7 +366,7 @@ TEST(LayersTest, BuildFolderIsLaidOutLikeAnInstallation)
 {
     const Installation installation;
     ChildOptions options = installation.options();
-    options.environment[0].second = std::filesystem::path(SERIESSTAT_PROGRAM).parent_path().string();
+    options.environment.front() = {"PATH", std::filesystem::path(SERIESSTAT_PROGRAM).parent_path().string()};
     const ChildResult run = Installation::run(
         {"-qx", "-smean", "--sample=numacc/NumAcc1.txt", "-tverbose", "--trace-area=Series"}, options);
     EXPECT_TRUE(run.out.ends_with("share/seriesstat/numacc/NumAcc1.txt\n  mean                   10000002.0000000\n"));

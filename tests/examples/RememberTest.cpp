@@ -27,7 +27,7 @@ protected:
         mInstallation.write("place/etc/seriesstat.ini", "[input]\ncolumn = 0\n[report]\nquantity = length / m\n");
     }
 
-    std::string userFilePath() const { return (mInstallation / userFile).string(); }
+    std::string userFilePath() const { return (mInstallation / userFile).generic_string(); }
     std::string success() const { return "The quantity is remembered in \"" + userFilePath() + "\".\n"; }
     /// Expects that the run is refused and that nothing has changed.
     void expectRefused(const std::vector<std::string>& arguments, const std::string& message) const
@@ -148,7 +148,7 @@ TEST_F(RememberTest, AnotherConfigurationIsWrittenUnderItsName)
 {
     mInstallation.write("work/etc/optics.ini", "[report]\ndigits = 3\n");
     const ChildResult run = mInstallation.run({"--remember", "-qangle / rad", "--config-file=optics.ini", "d.txt"});
-    EXPECT_EQ("The quantity is remembered in \"" + (mInstallation / "user/dravo2/etc/optics.ini").string() + "\".\n",
+    EXPECT_EQ("The quantity is remembered in \"" + (mInstallation / "user/dravo2/etc/optics.ini").generic_string() + "\".\n",
               run.err);
     EXPECT_EQ("[report]\nquantity=angle / rad\n\n", contentOf(mInstallation / "user/dravo2/etc/optics.ini"));
     EXPECT_FALSE(std::filesystem::exists(mInstallation / userFile));

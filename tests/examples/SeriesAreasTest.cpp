@@ -96,17 +96,14 @@ TEST(SeriesAreasTest, BrokenFileDisturbsNothing)
 class ShippedAreas : public ::testing::Test
 {
 protected:
-    ShippedAreas() : mInside(mEmpty.path()), mHome("XDG_CONFIG_HOME", mEmpty.path().string())
-    {
-        TraceAreaMgr::startup();
-    }
+    ShippedAreas() : mInside(mEmpty.path()), mUser(mEmpty.path()) { TraceAreaMgr::startup(); }
     ~ShippedAreas() override { TraceAreaMgr::teardown(); }
 
     static const TraceAreaEntry* builtIn(const std::string& name) { return TraceAreaMgr::instance()->searchId(name); }
 
     const KelvoBase::test::ScratchDirectory mEmpty;
     const KelvoBase::test::ScopedWorkingDirectory mInside;
-    const KelvoBase::test::ScopedEnvironment mHome;
+    const KelvoBase::test::ScopedUserData mUser;
 };
 
 TEST_F(ShippedAreas, HoldAllBuiltInAreasAndThreeOfTheTool)

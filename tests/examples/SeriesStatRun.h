@@ -5,6 +5,7 @@
 
 #include "support/ChildProcess.h"
 #include "support/Scratch.h"
+#include "support/UserData.h"
 
 #include <filesystem>
 #include <string>
@@ -20,9 +21,10 @@ inline KelvoBase::test::ChildResult runSeriesStat(const std::vector<std::string>
     const KelvoBase::test::ScratchDirectory home;
     KelvoBase::test::ChildOptions options;
     options.workingDirectory = directory.string();
-    options.environment = {{"PATH", std::filesystem::path(SERIESSTAT_PROGRAM).parent_path().string()},
-                           {"HOME", home.path().string()},
-                           {"XDG_CONFIG_HOME", home.path().string()}};
+    const KelvoBase::test::UserData user(home.path());
+    options.environment = user.environment();
+    options.environment.emplace_back("HOME", home.path().string());
+    options.environment.emplace_back("PATH", std::filesystem::path(SERIESSTAT_PROGRAM).parent_path().string());
     options.unset = {"DRAVO2_BASEDIR", "DRAVO2_INSTDIR"};
     std::vector<std::string> command{"seriesstat"};
     command.insert(command.end(), arguments.begin(), arguments.end());

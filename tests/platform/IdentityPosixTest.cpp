@@ -115,11 +115,6 @@ TEST(IdentityPosixTest, HostNameIsTheSystems)
     EXPECT_EQ(name.data(), platform::hostName().value());
 }
 
-TEST(IdentityPosixTest, AddressesAreInNetworkByteOrder)
-{
-    EXPECT_EQ((std::vector<std::string>{"10.20.30.200"}), dotted(platform::addresses("10.20.30.200")));
-}
-
 TEST(IdentityPosixTest, LocalhostIsThisMachine)
 {
     if (gethostbyname("localhost") == nullptr) {

@@ -100,24 +100,6 @@ TEST(PathsPosixTest, NamesAreHoldableUnlessALocationReadsThemOtherwise)
     }
 }
 
-TEST(PathsPosixTest, WorkingDirectoryHasTheTextOfLocations)
-{
-    const ScratchDirectory scratch;
-    const ScopedWorkingDirectory here(scratch.path());
-    const auto directory = workingDirectory();
-    ASSERT_TRUE(directory);
-    EXPECT_EQ(scratch.location(), directory->path);
-    EXPECT_TRUE(directory->holdable);
-    EXPECT_TRUE(hasWorkingDirectory());
-}
-
-TEST(PathsPosixTest, RootAsWorkingDirectoryIsTheDriveWithASeparator)
-{
-    const ScopedWorkingDirectory here("/");
-    ASSERT_TRUE(workingDirectory());
-    EXPECT_EQ("C:\\", workingDirectory()->path);
-}
-
 TEST(PathsPosixTest, WorkingDirectoryThatNoLocationHoldsIsTold)
 {
     const ScratchDirectory scratch;

@@ -29,7 +29,7 @@ TraceCapture::~TraceCapture()
 std::string TraceCapture::text() const
 {
     TraceStream::instance().flush();
-    return contentOf(mPath);
+    return textIn(mPath);
 }
 
 } // namespace KelvoBase::test

@@ -73,9 +73,10 @@ TEST(RunChild, FeedsInput)
 
 TEST(RunChild, CollectsMoreThanAPipeHolds)
 {
-    std::string argument(100000, 'x');
-    const ChildResult result = runChild({CHILD_TOOL, argument, argument});
-    EXPECT_EQ(result.out.find("variable"), 2 * (argument.size() + 12));
+    ChildOptions options;
+    options.environment = {{"KELVOBASE_CHILD_LINES", "10000"}};
+    const ChildResult result = runChild({CHILD_TOOL}, options);
+    EXPECT_EQ(result.out.find("directory"), 16 + 10000 * 18U);
     EXPECT_EQ(result.status, 42);
 }
 

@@ -45,24 +45,41 @@ ScratchDirectory::~ScratchDirectory()
 
 std::string ScratchDirectory::location(const std::string& name) const
 {
-    std::string text = (name.empty() ? mPath : mPath / name).string();
+    return locationOf(name.empty() ? mPath : mPath / name);
+}
+
+std::filesystem::path ScratchDirectory::write(const std::string& name, const std::string& content) const
+{
+    const std::filesystem::path path = *this / name;
+    writeFile(path, content);
+    return path;
+}
+
+std::string locationOf(const std::filesystem::path& path)
+{
+    std::string text = path.string();
     for (char& c : text) {
         c = c == '/' ? '\\' : c;
     }
     return text[0] == '\\' ? "C:" + text : text;
 }
 
-std::filesystem::path ScratchDirectory::write(const std::string& name, const std::string& content) const
+void writeFile(const std::filesystem::path& path, const std::string& content)
 {
-    const std::filesystem::path path = mPath / name;
     std::filesystem::create_directories(path.parent_path());
     std::ofstream(path, std::ios::binary) << content;
-    return path;
 }
 
 std::string contentOf(const std::filesystem::path& path)
 {
     std::ifstream in(path, std::ios::binary);
+    EXPECT_TRUE(in.is_open()) << path;
+    return {std::istreambuf_iterator<char>(in), {}};
+}
+
+std::string textIn(const std::filesystem::path& path)
+{
+    std::ifstream in(path);
     EXPECT_TRUE(in.is_open()) << path;
     return {std::istreambuf_iterator<char>(in), {}};
 }

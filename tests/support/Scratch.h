@@ -21,7 +21,7 @@ public:
 
     const std::filesystem::path& path() const { return mPath; }
     /// Native path of a name below the directory.
-    std::filesystem::path operator/(const std::string& name) const { return mPath / name; }
+    std::filesystem::path operator/(const std::string& name) const { return (mPath / name).make_preferred(); }
     /// The directory, or a name below it (native separators), as the text of an absolute location: `C:\tmp\x`.
     std::string location(const std::string& name = "") const;
     /// Writes a file below the directory, byte for byte, and returns its native path. Makes missing directories.
@@ -31,8 +31,17 @@ private:
     std::filesystem::path mPath;
 };
 
+/// An absolute native path as the text of a location.
+std::string locationOf(const std::filesystem::path& path);
+
+/// Writes a file, byte for byte. Makes missing directories.
+void writeFile(const std::filesystem::path& path, const std::string& content);
+
 /// All bytes of a file; fails the test if it cannot be read.
 std::string contentOf(const std::filesystem::path& path);
+
+/// All of a text file, as a text stream reads it: line ends are '\n' however the system writes them.
+std::string textIn(const std::filesystem::path& path);
 
 /// Makes another directory the working directory.
 class ScopedWorkingDirectory

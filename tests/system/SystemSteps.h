@@ -23,6 +23,7 @@ inline int runStep(const std::string& step)
         {"ip", [] { return std::to_string(System::instance().getIP()); }},
         {"iptext", [] { return System::instance().getIPString(); }},
         {"os", [] { return System::instance().getOS(); }},
+        {"root", [] { return ResourceLocation::getRootDir(); }},
         {"exe", [] { return System::instance().getExeImagePath().getFilePath('\\'); }},
     };
     const std::string::size_type equals = step.find('=');

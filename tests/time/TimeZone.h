@@ -7,6 +7,7 @@
 
 #include <time.h>
 
+#include <ctime>
 #include <optional>
 #include <string>
 
@@ -38,5 +39,13 @@ private:
 
     std::optional<ScopedEnvironment> mZone;
 };
+
+/// Whether the C run-time knows when summer is in a zone whose text names no dates. That of Wine does not.
+inline bool knowsSummerTime()
+{
+    const ScopedTimeZone zone("EST5EDT");
+    const std::time_t july = 1120190400;
+    return std::localtime(&july)->tm_isdst > 0;
+}
 
 } // namespace KelvoBase::test

@@ -4,6 +4,7 @@
 /// Files of areas where the library searches for them, and what a registry holds.
 
 #include "support/Scratch.h"
+#include "support/UserData.h"
 
 #include <kelvobase/TraceArea.h>
 
@@ -32,12 +33,12 @@ public:
     /// Writes "TraceAreas.ini" below a directory: "base" (searched first), "installation", "work" or "user".
     void write(const std::string& directory, const std::string& content) const
     {
-        mScratch.write((directoryOf(directory) / "TraceAreas.ini").string(), content);
+        writeFile(pathOf(directory), content);
     }
     /// Native path of the file below a directory of the search.
     std::filesystem::path pathOf(const std::string& directory) const
     {
-        return mScratch.path() / directoryOf(directory) / "TraceAreas.ini";
+        return directoryOf(directory) / "TraceAreas.ini";
     }
     const ScratchDirectory& scratch() const { return mScratch; }
     void removeAll() const
@@ -50,8 +51,7 @@ public:
 private:
     AreaFiles()
         : mHere((mScratch.write("work/present", ""), mScratch / "work")), mBase("DRAVO2_BASEDIR", locationOf("base")),
-          mInstallation("DRAVO2_INSTDIR", locationOf("installation")),
-          mConfig("XDG_CONFIG_HOME", (mScratch / "config").string())
+          mInstallation("DRAVO2_INSTDIR", locationOf("installation")), mUser(mScratch / "config")
     {
     }
     std::string locationOf(const std::string& directory) const
@@ -59,16 +59,16 @@ private:
         mScratch.write(directory + "/present", "");
         return mScratch.location(directory);
     }
-    static std::filesystem::path directoryOf(const std::string& directory)
+    std::filesystem::path directoryOf(const std::string& directory) const
     {
-        return std::filesystem::path(directory == "user" ? "config/dravo2" : directory) / "etc";
+        return (directory == "user" ? mUser.folder() / "dravo2" : mScratch / directory) / "etc";
     }
 
     ScratchDirectory mScratch;
     ScopedWorkingDirectory mHere;
     ScopedEnvironment mBase;
     ScopedEnvironment mInstallation;
-    ScopedEnvironment mConfig;
+    ScopedUserData mUser;
 };
 
 /// The numbers of the bits of a set: "1+4".

@@ -63,7 +63,7 @@ protected:
     std::string text() const
     {
         trace().flush();
-        return contentOf(file());
+        return textIn(file());
     }
 
 private:
@@ -280,9 +280,9 @@ TEST_F(TraceStreamTest, SettingConditionsFlushes)
 {
     to(Trace::verbose, all);
     write(Trace::fail, all, "pending");
-    EXPECT_EQ(contentOf(file()), "");
+    EXPECT_EQ(textIn(file()), "");
     trace().setNextTraceConditions(Trace::fail, all);
-    EXPECT_EQ(contentOf(file()), "|-- pending");
+    EXPECT_EQ(textIn(file()), "|-- pending");
 }
 
 TEST_F(TraceStreamTest, MaskIsWhatWasSelectedLast)
@@ -315,7 +315,7 @@ TEST_F(TraceStreamTest, EndOfAStreamFlushes)
         TraceStream other;
         other << "pending";
     }
-    EXPECT_EQ(contentOf(file()), "pending");
+    EXPECT_EQ(textIn(file()), "pending");
 }
 
 TEST_F(TraceStreamTest, FileIsEmptiedAndTheEarlierOneComplete)
@@ -323,11 +323,11 @@ TEST_F(TraceStreamTest, FileIsEmptiedAndTheEarlierOneComplete)
     trace().traceto(Trace::verbose, file("first"), all);
     write(Trace::crit, all, "one");
     trace().traceto(Trace::verbose, file("second"), all);
-    EXPECT_EQ(contentOf(file("first")), "one");
+    EXPECT_EQ(textIn(file("first")), "one");
     trace() << "two";
     trace().traceto(Trace::verbose, file("first"), all);
-    EXPECT_EQ(contentOf(file("second")), "two");
-    EXPECT_EQ(contentOf(file("first")), "");
+    EXPECT_EQ(textIn(file("second")), "two");
+    EXPECT_EQ(textIn(file("first")), "");
 }
 
 TEST_F(TraceStreamTest, NewDestinationDoesNotBeginALine)
@@ -338,8 +338,8 @@ TEST_F(TraceStreamTest, NewDestinationDoesNotBeginALine)
     trace().traceto(Trace::verbose, file("second"), all);
     trace() << "gun\nnext\n";
     trace().flush();
-    EXPECT_EQ(contentOf(file("first")), "|---- be");
-    EXPECT_EQ(contentOf(file("second")), "gun\n|---- next\n");
+    EXPECT_EQ(textIn(file("first")), "|---- be");
+    EXPECT_EQ(textIn(file("second")), "gun\n|---- next\n");
 }
 
 TEST_F(TraceStreamTest, OnlyTheExactWordsNameStandardStreams)
@@ -350,7 +350,7 @@ TEST_F(TraceStreamTest, OnlyTheExactWordsNameStandardStreams)
         trace().traceto(Trace::verbose, name, all);
         write(Trace::crit, all, name);
         trace().flush();
-        EXPECT_EQ(contentOf(directory / name), name);
+        EXPECT_EQ(textIn(directory / name), name);
     }
     trace().traceto(Trace::verbose, "cerr", all);
 }
@@ -426,7 +426,7 @@ TEST_F(TraceStreamTest, FailedDestinationLeavesNoneInThePlaceOfAFile)
         trace() << "lost" << std::endl;
         EXPECT_TRUE(trace().good());
     }
-    EXPECT_EQ(contentOf(file()), "pending");
+    EXPECT_EQ(textIn(file()), "pending");
 }
 
 // Destinations that fail
@@ -541,9 +541,9 @@ TEST_F(TraceStreamTest, EveryFlushReachesTheFile)
     for (const char* part : {"a", "b", "several", "c", "d"}) {
         trace() << part << std::flush;
         expected += part;
-        EXPECT_EQ(contentOf(file()), expected);
+        EXPECT_EQ(textIn(file()), expected);
         trace() << std::flush;
-        EXPECT_EQ(contentOf(file()), expected);
+        EXPECT_EQ(textIn(file()), expected);
     }
 }
 
@@ -620,7 +620,7 @@ TEST(TraceStreamProcess, UnfinishedTextIsFlushedAtTheEnd)
     EXPECT_EQ(run("unfinishedAtExit").out, "|-- no line end");
     for (const char* scenario : {"unfinished", "unfinishedAtExit"}) {
         EXPECT_EQ(run(scenario, (directory / scenario).string()).status, scenario[10] == '\0' ? 0 : 3);
-        EXPECT_EQ(contentOf(directory / scenario), "|-- no line end") << scenario;
+        EXPECT_EQ(textIn(directory / scenario), "|-- no line end") << scenario;
     }
 }
 

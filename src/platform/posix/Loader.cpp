@@ -1,10 +1,10 @@
+#include "platform/Modules.h"
 #include "platform/Platform.h"
 
 #include <dlfcn.h>
 #include <unistd.h>
 
 #include <cerrno>
-#include <map>
 #include <memory>
 #include <utility>
 
@@ -19,36 +19,6 @@ struct CloseLibrary
     void operator()(void* library) const { ::dlclose(library); }
 };
 using Library = std::unique_ptr<void, CloseLibrary>;
-
-/// The libraries that are loaded. The loader's own handles are addresses that it gives out again: with them, one that
-/// was released could mean another library, and asking for it would not be defined.
-class Modules
-{
-public:
-    Module add(Library library)
-    {
-        void*& place = mOpen.emplace(mLast + 1, nullptr).first->second;
-        place = library.release();
-        return ++mLast;
-    }
-    /// Null if it was released.
-    void* find(Module module) const
-    {
-        const auto found = mOpen.find(module);
-        return found == mOpen.end() ? nullptr : found->second;
-    }
-    void remove(Module module) { mOpen.erase(module); }
-
-private:
-    std::map<Module, void*> mOpen;
-    Module mLast = 0;
-};
-
-Modules& modules()
-{
-    static Modules& all = *new Modules; // libraries stay loaded, and may be asked for, up to the end of the process
-    return all;
-}
 
 constexpr const char* notOpen = "shared object not open"; // as the loader puts it
 constinit const char* ownText = nullptr;                  // instead of the loader's

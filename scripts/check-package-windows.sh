@@ -32,8 +32,9 @@ if [ -z "${WINE:-}" ]; then
 fi
 drive=$WINEPREFIX/drive_c
 # Under Wine the folders of a user go by the user's name.
-export LC_ALL=C.UTF-8 USER=package-check
-settings=$drive/users/$USER/AppData/Roaming
+user=package-check
+export LC_ALL=C.UTF-8 USER=$user
+settings=$drive/users/$user/AppData/Roaming
 rm -rf "$settings/dravo2" "$drive/pack"
 # Programs find the DLLs of their own folder and those of Windows, no others.
 unset WINEPATH

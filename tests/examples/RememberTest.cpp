@@ -148,7 +148,8 @@ TEST_F(RememberTest, AnotherConfigurationIsWrittenUnderItsName)
 {
     mInstallation.write("work/etc/optics.ini", "[report]\ndigits = 3\n");
     const ChildResult run = mInstallation.run({"--remember", "-qangle / rad", "--config-file=optics.ini", "d.txt"});
-    EXPECT_EQ("The quantity is remembered in \"" + (mInstallation / "user/dravo2/etc/optics.ini").generic_string() + "\".\n",
+    EXPECT_EQ("The quantity is remembered in \"" + (mInstallation / "user/dravo2/etc/optics.ini").generic_string() +
+                  "\".\n",
               run.err);
     EXPECT_EQ("[report]\nquantity=angle / rad\n\n", contentOf(mInstallation / "user/dravo2/etc/optics.ini"));
     EXPECT_FALSE(std::filesystem::exists(mInstallation / userFile));

@@ -32,7 +32,8 @@ if [ -z "${WINE:-}" ]; then
 fi
 drive=$WINEPREFIX/drive_c
 # Under Wine the folders of a user go by the user's name.
-user=package-check
+user='package-check'
+# shellcheck disable=SC2031 # other functions have a USER of their own in a subshell
 export LC_ALL=C.UTF-8 USER=$user
 settings=$drive/users/$user/AppData/Roaming
 rm -rf "$settings/dravo2" "$drive/pack"

@@ -220,9 +220,8 @@ expect "$drive$scratch/moved/share/seriesstat/michelson-1879.txt" seriesstat --s
 title 'A report with pictures'
 cd "$example"
 mkdir -p "$build/report"
-subject='speed of light in air / (1000 km/s), and the numerical accuracy'
 for file in "$build/report/report.html" "$build/report/report.tex"; do
-    show seriesstat -q "$subject" --stats=count --report="$file" data/michelson-1879.txt data/numacc
+    show seriesstat -q "$quantity" --digits=7 --report="$file" data/michelson-1879.txt
     [ -s "$file" ] || exit 1
 done
 printf '\nThe report stays in %s and %s.\n' "$build/report/report.html" "$build/report/report.tex"

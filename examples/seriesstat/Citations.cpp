@@ -12,10 +12,10 @@ namespace
 using KelvoBase::Literature;
 
 constexpr std::array<Article, 5> articles{{
-    {"Bartlett 1946",
+    {"Anderson 1942",
      [] {
-         return Literature("On the Theoretical Specification and Sampling Properties of Autocorrelated Time-Series",
-                           {{"Bartlett", "Maurice", "S.", ""}}, "Suppl. J. R. Stat. Soc.", 8, 1946, "", 27, 41);
+         return Literature("Distribution of the Serial Correlation Coefficient", {{"Anderson", "Richard", "L.", ""}},
+                           "Ann. Math. Stat.", 13, 1942, "", 1, 13);
      }},
     {"Dekker 1971",
      [] {

@@ -29,7 +29,7 @@ constexpr Method methods[] = {
            "divided by *n* − 1. It is not defined (n/a) for a single value."},
     {"lag1", "The lag-1 autocorrelation is the sum of the products of neighbouring differences from the mean, divided "
              "by the sum of all squared differences. It is not defined (n/a) if all values are equal. For *n* "
-             "independent values its standard deviation is about 1/√*n* [Bartlett 1946]."},
+             "independent values its standard deviation is about 1/√*n* [Anderson 1942]."},
     {"", "Quartiles and median are the values at the position 1 + *p* (*n* − 1) of the sorted series, *p* being 0.25, "
          "0.5 and 0.75, interpolated linearly between neighbours: definition 7 of [Hyndman, Fan 1996]."},
     {"", "Histograms have bins of equal width from the smallest to the largest value. They are as few as they can be "

@@ -16,9 +16,8 @@ TEST(CitationsTest, ArticlesAreThese)
         const char* text;
     };
     const Row rows[] = {
-        {"Bartlett 1946",
-         "M. S. Bartlett, _On the Theoretical Specification and Sampling Properties of Autocorrelated Time-Series_, "
-         "_Suppl. J. R. Stat. Soc._ *1946*, _8_, 27-41.\n"},
+        {"Anderson 1942", "R. L. Anderson, _Distribution of the Serial Correlation Coefficient_, "
+                          "_Ann. Math. Stat._ *1942*, _13_, 1-13.\n"},
         {"Dekker 1971", "T. J. Dekker, _A Floating-Point Technique for Extending the Available Precision_, "
                         "_Numer. Math._ *1971*, _18_, 224-242.\n"},
         {"Freedman, Diaconis 1981", "D. Freedman, P. Diaconis, _On the Histogram as a Density Estimator: L2 Theory_, "

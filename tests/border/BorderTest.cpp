@@ -246,14 +246,15 @@ TEST_P(BorderTest, CastsFindTheLibrarysClassesInTheProgramsValues)
 
 TEST_P(BorderTest, TypesHaveOneIdentityAndOneName)
 {
-    const Value plain(module.makeInt(3));
-    EXPECT_TRUE(typeid(ScalarAny<int>) == typeid(*plain));
-    EXPECT_FALSE(typeid(ScalarAny<long>) == typeid(*plain));
-    EXPECT_EQ(typeid(ScalarAny<int>).hash_code(), typeid(*plain).hash_code());
-    EXPECT_EQ("KelvoBase::ScalarAny<int>", module.typeName(*plain));
-    EXPECT_EQ(module.typeName(*plain), System::demangle(typeid(*plain)));
+    const Value owner(module.makeInt(3));
+    const Any& plain = *owner;
+    EXPECT_TRUE(typeid(ScalarAny<int>) == typeid(plain));
+    EXPECT_FALSE(typeid(ScalarAny<long>) == typeid(plain));
+    EXPECT_EQ(typeid(ScalarAny<int>).hash_code(), typeid(plain).hash_code());
+    EXPECT_EQ("KelvoBase::ScalarAny<int>", module.typeName(plain));
+    EXPECT_EQ(module.typeName(plain), System::demangle(typeid(plain)));
     EXPECT_EQ(module.typeName(ScalarAny<double>()), System::demangle(typeid(ScalarAny<double>)));
-    EXPECT_EQ("IntAny", plain->getTypeString());
+    EXPECT_EQ("IntAny", plain.getTypeString());
 }
 
 TEST_P(BorderTest, ValuesPassBetweenModuleAndProgram)

@@ -61,15 +61,26 @@ TEST(SeriesStatPosixTest, TextsSurviveInEveryLocale)
     }
 }
 
+/// So many that the files of a run outgrow the limit, which is more than an instrumented program needs for its own.
+void writeSeries(const ScratchDirectory& scratch, int count)
+{
+    std::filesystem::create_directory(scratch / "in");
+    for (int i = 100; i < 100 + count; ++i) {
+        scratch.write("in/" + std::to_string(i) + ".txt", "1\n2\n");
+    }
+}
+
+/// 128 or 256 KiB, as the shell counts in blocks.
+const std::string limited = R"(ulimit -f 256; trap '' XFSZ; exec "$0" -qx )";
+
 TEST(SeriesStatPosixTest, FullDiskIsNoticedAndTheEarlierFilesStay)
 {
     const ScratchDirectory scratch;
-    scratch.write("a.txt", "1\n2\n");
+    writeSeries(scratch, 500);
     scratch.write("r.xml", "before\n");
     scratch.write("r.html", "before\n");
     for (const std::string option : {"--result=r.xml", "--report=r.html"}) {
-        const std::string script = R"(ulimit -f 1; trap '' XFSZ; exec "$0" -qx )" + option + " a.txt";
-        const ChildResult run = runInShell(script, scratch.path());
+        const ChildResult run = runInShell(limited + option + " in", scratch.path());
         EXPECT_EQ(1, run.status);
         EXPECT_EQ("", run.out);
         EXPECT_EQ("Cannot write to file \"" + option.substr(9) +
@@ -84,10 +95,9 @@ TEST(SeriesStatPosixTest, FullDiskIsNoticedAndTheEarlierFilesStay)
 TEST(SeriesStatPosixTest, FaultOfOneFileLeavesTheOtherAlone)
 {
     const ScratchDirectory scratch;
-    scratch.write("a.txt", "1\n2\n");
+    writeSeries(scratch, 150);
     scratch.write("r.xml", "before\n");
-    const ChildResult run =
-        runInShell(R"(ulimit -f 8; trap '' XFSZ; exec "$0" -qx --result=r.xml --report=r.html a.txt)", scratch.path());
+    const ChildResult run = runInShell(limited + "--result=r.xml --report=r.html in", scratch.path());
     EXPECT_EQ(1, run.status);
     EXPECT_TRUE(run.err.starts_with("Cannot write to file \"r.html\": File too large\n")) << run.err;
     EXPECT_EQ("before\n", contentOf(scratch / "r.xml"));

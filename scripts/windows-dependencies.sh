@@ -65,8 +65,8 @@ if [ ! -d "$source" ]; then
 fi
 # Nothing that is read comes from the network, and texts are those of the system. The names of its files, which stand in its
 # messages, are told without the folder of this build.
-CXXFLAGS="\"-ffile-prefix-map=$source=xerces-c\"" for_windows "$source" "$folder/xerces-c" xerces-c -DBUILD_SHARED_LIBS=ON -Dnetwork=OFF -Dtranscoder=windows \
-    -Dmessage-loader=inmemory
+CXXFLAGS="\"-ffile-prefix-map=$source=xerces-c\"" for_windows "$source" "$folder/xerces-c" xerces-c \
+    -DBUILD_SHARED_LIBS=ON -Dnetwork=OFF -Dtranscoder=windows -Dmessage-loader=inmemory
 cmake -P "$folder/xerces-c/src/cmake_install.cmake" >>"$folder/log"
 rm -rf "$folder/apt" "$folder/source" "$folder/xerces-c" "$folder/googletest"
 

@@ -97,9 +97,9 @@ std::vector<std::size_t> slowCounts(const Values& values, const Values& edges)
 Values anyValues(std::mt19937_64& random)
 {
     const double scale = std::ldexp(1, static_cast<int>(random() % 2030) - 1020);
-    const std::size_t different = 1 + random() % 30;
+    const std::size_t different = 1 + static_cast<std::size_t>(random() % 30);
     const bool wild = random() % 3 == 0;
-    Values values(1 + random() % 200);
+    Values values(1 + static_cast<std::size_t>(random() % 200));
     for (double& value : values) {
         const double number = static_cast<double>(random() % different) - static_cast<double>(different) / 3;
         value = (wild && random() % 20 == 0 ? 1000 : 1) * number / 64 * scale;

@@ -102,7 +102,7 @@ TEST(TicksTest, AreThoseOfWholeNumbers)
         const int exponent = static_cast<int>(random() % 560) - 280;
         const auto low = (static_cast<long long>(random() % 20001) - 10000) * 1000;
         const auto high = low + static_cast<long long>(1 + random() % (random() % 2 == 0 ? 20 : 20000)) * 1000;
-        const std::size_t most = 1 + random() % 10;
+        const std::size_t most = 1 + static_cast<std::size_t>(random() % 10);
         const Expected expected = expectedTicks(low, high, most);
         const std::vector<Tick> ticks = roundTicks({decimal(low, exponent), decimal(high, exponent)}, most);
         SCOPED_TRACE(std::to_string(low) + " " + std::to_string(high) + " e" + std::to_string(exponent) + ": " +

@@ -66,9 +66,10 @@ own_apt_update() {
     own_apt "$1" "$2" apt-get update -qq || say "Not every list of packages could be had"
 }
 
-# in_wine COMMAND...: one of Wine's programs, with what it finds the others and its drives by. No window, no debugger. USER names
-# the user, whose application data lie where KELVOBASE_APPDATA says.
+# in_wine COMMAND...: one of Wine's programs, with what it finds the others and its drives by. No window, no debugger. Names of
+# files and arguments come in UTF-8. USER names the user, whose application data lie where KELVOBASE_APPDATA says.
 in_wine() (
+    export LC_ALL=C.UTF-8
     export USER=${USER:-somebody}
     export KELVOBASE_APPDATA=${KELVOBASE_APPDATA:-C:\\users\\$USER\\AppData\\Roaming}
     unset DISPLAY WAYLAND_DISPLAY
@@ -80,3 +81,15 @@ in_wine() (
     fi
     exec "$@"
 )
+
+# keep_wine_running: from here on, until stop_wine, programs need not wait for Wine's server and its services. The first program
+# starts the services, which hold its streams as long as they run: so that is one whose output nobody waits for.
+keep_wine_running() {
+    stop_wine
+    in_wine wineserver --persistent
+    in_wine timeout 60 wine cmd /c exit </dev/null >/dev/null 2>&1
+}
+
+stop_wine() {
+    in_wine timeout 30 wineserver --kill --wait || true
+}

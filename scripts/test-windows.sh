@@ -18,9 +18,8 @@ if ! bash "$top/scripts/windows-wine.sh"; then
 fi
 
 say "Running the tests under Wine"
-trap 'in_wine timeout 30 wineserver -k || true' EXIT
-# One server for all tests: starting one takes longer than most of them.
-in_wine wineserver --persistent
+trap stop_wine EXIT
+keep_wine_running
 status=0
 ctest --test-dir "$folder" --output-on-failure --no-tests=error --parallel "$(jobs)" || status=$?
 if [ "$status" -eq 0 ]; then

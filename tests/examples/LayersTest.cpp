@@ -12,6 +12,7 @@ namespace
 
 using KelvoBase::test::ChildOptions;
 using KelvoBase::test::ChildResult;
+using KelvoBase::test::locationOf;
 using test::hint;
 using test::Installation;
 using test::places;
@@ -186,7 +187,8 @@ TEST(LayersTest, ConfigurationThatWasAskedForHasToBeThere)
     const ChildResult run = installation.run({"--config-file", "optics.ini", "d.txt"});
     std::string searched;
     for (const char* place : places) {
-        searched += std::string(searched.empty() ? "" : "; ") + "\"" + (installation / place / "etc").string() + "\"";
+        searched +=
+            std::string(searched.empty() ? "" : "; ") + "\"" + (installation / place / "etc").generic_string() + "\"";
     }
     EXPECT_EQ("Cannot find file \"optics.ini\" in " + searched + ".\n" + hint, run.err);
     EXPECT_EQ("", run.out);
@@ -255,7 +257,7 @@ TEST(LayersTest, FileThatCannotBeParsedEndsTheRunFromEveryPlace)
         const ChildResult run = installation.run({"-qx", "d.txt"});
         EXPECT_EQ("|-- ConfigFile::parse(): error in line 3\n|-- '[input'\n|-- while parsing Section\n"
                   "Parsing config file \"file://localhost/" +
-                      installation.root().location(name) + "\"\n" + hint,
+                      locationOf(installation / name) + "\"\n" + hint,
                   run.err);
         EXPECT_EQ("", run.out);
         EXPECT_EQ(1, run.status);

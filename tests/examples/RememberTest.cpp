@@ -10,6 +10,7 @@ namespace
 
 using KelvoBase::test::ChildResult;
 using KelvoBase::test::contentOf;
+using KelvoBase::test::textIn;
 using test::hint;
 using test::Installation;
 
@@ -50,7 +51,8 @@ TEST_F(RememberTest, QuantityIsAllThatIsWritten)
     EXPECT_EQ(report, run.out);
     EXPECT_EQ(success(), run.err);
     EXPECT_EQ(0, run.status);
-    expected[userFile] = "[report]\nquantity=time / s\n\n";
+    EXPECT_EQ("[report]\nquantity=time / s\n\n", textIn(mInstallation / userFile));
+    expected[userFile] = contentOf(mInstallation / userFile);
     EXPECT_EQ(expected, mInstallation.content());
 }
 
@@ -73,14 +75,14 @@ TEST_F(RememberTest, DirectoryOfTheUserIsMade)
 {
     std::filesystem::remove_all(mInstallation / "user");
     EXPECT_EQ(success(), mInstallation.run(remembering).err);
-    EXPECT_EQ("[report]\nquantity=time / s\n\n", contentOf(mInstallation / userFile));
+    EXPECT_EQ("[report]\nquantity=time / s\n\n", textIn(mInstallation / userFile));
 }
 
 TEST_F(RememberTest, ConfigurationThatExistsNowhereIsBegun)
 {
     std::filesystem::remove(mInstallation / "place/etc/seriesstat.ini");
     EXPECT_EQ(success(), mInstallation.run(remembering).err);
-    EXPECT_EQ("[report]\nquantity=time / s\n\n", contentOf(mInstallation / userFile));
+    EXPECT_EQ("[report]\nquantity=time / s\n\n", textIn(mInstallation / userFile));
 }
 
 TEST_F(RememberTest, WhatTheInstallationChangesLaterHoldsForTheUser)
@@ -112,7 +114,7 @@ TEST_F(RememberTest, WhatTheUserHasSetStaysButForCommentsAndOrder)
               "quantity=\"time, in s\"\n"
               "stats=sd,mean\n"
               "\n",
-              contentOf(mInstallation / userFile));
+              textIn(mInstallation / userFile));
     mInstallation.write("work/t.txt", "name\n5;1,6\n");
     const ChildResult run = mInstallation.run({"-c2", "--digits=2", "t.txt"});
     EXPECT_EQ("time, in s\n\nt.txt\n  standard deviation     n/a\n  mean                   1.0\n", run.out);
@@ -125,7 +127,7 @@ TEST_F(RememberTest, FileThatWasWrittenIsWrittenAgainAsItIs)
     mInstallation.run({"--remember", "-qa, b", "d.txt"});
     mInstallation.run({"--remember", "-qc", "d.txt"});
     mInstallation.run({"--remember", "-qa, b", "d.txt"});
-    EXPECT_EQ("[input]\ndelimiter=\",\"\n\n[report]\nquantity=\"a, b\"\n\n", contentOf(mInstallation / userFile));
+    EXPECT_EQ("[input]\ndelimiter=\",\"\n\n[report]\nquantity=\"a, b\"\n\n", textIn(mInstallation / userFile));
 }
 
 TEST_F(RememberTest, FileThatSaysSoAlreadyIsLeftAlone)
@@ -141,7 +143,7 @@ TEST_F(RememberTest, FileThatSaysSoAlreadyIsLeftAlone)
 TEST_F(RememberTest, QuantityIsStoredWithoutOuterBlanks)
 {
     mInstallation.run({"--remember", "-q  time / s ", "d.txt"});
-    EXPECT_EQ("[report]\nquantity=time / s\n\n", contentOf(mInstallation / userFile));
+    EXPECT_EQ("[report]\nquantity=time / s\n\n", textIn(mInstallation / userFile));
 }
 
 TEST_F(RememberTest, AnotherConfigurationIsWrittenUnderItsName)
@@ -151,7 +153,7 @@ TEST_F(RememberTest, AnotherConfigurationIsWrittenUnderItsName)
     EXPECT_EQ("The quantity is remembered in \"" + (mInstallation / "user/dravo2/etc/optics.ini").generic_string() +
                   "\".\n",
               run.err);
-    EXPECT_EQ("[report]\nquantity=angle / rad\n\n", contentOf(mInstallation / "user/dravo2/etc/optics.ini"));
+    EXPECT_EQ("[report]\nquantity=angle / rad\n\n", textIn(mInstallation / "user/dravo2/etc/optics.ini"));
     EXPECT_FALSE(std::filesystem::exists(mInstallation / userFile));
 }
 

@@ -61,6 +61,20 @@ TEST(SeriesStatPosixTest, TextsSurviveInEveryLocale)
     }
 }
 
+// Elsewhere a command line has characters, of which there is none for such a byte.
+TEST(SeriesStatPosixTest, BytesThatAreNoCharactersCannotStandInAResult)
+{
+    const ScratchDirectory scratch;
+    scratch.write("bad.txt", "one\n");
+    const ChildResult run = test::runSeriesStat({"-q\xB5 / m", "--result=r.xml", "bad.txt"}, scratch.path());
+    EXPECT_EQ(1, run.status);
+    EXPECT_EQ("", run.out);
+    EXPECT_EQ("\"\xB5 / m\" cannot stand in a file of results: there it has to be a text in UTF-8, of 8 kB at most "
+              "and without control characters.\nTry \"seriesstat --help\" for more information.\n",
+              run.err);
+    EXPECT_FALSE(std::filesystem::exists(scratch / "r.xml"));
+}
+
 /// So many that the files of a run outgrow the limit, which is more than an instrumented program needs for its own.
 void writeSeries(const ScratchDirectory& scratch, int count)
 {

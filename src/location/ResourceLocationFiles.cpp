@@ -94,12 +94,12 @@ std::vector<platform::DirectoryEntry> readDirectory(const std::string& path)
 void copyContent(const std::string& from, const std::string& to, const ResourceLocation& source,
                  const ResourceLocation& destination)
 {
-    if (platform::isSameFile(from, to)) {
-        throw IOFailedException(copying, copyFailed, source, destination); // opening the target would empty the source
-    }
     std::ifstream in(platform::nativePath(from), std::ios::binary);
     if (!in) {
         throw IOFailedException(copying, noSource, source, destination);
+    }
+    if (platform::isSameFile(from, to)) {
+        throw IOFailedException(copying, copyFailed, source, destination); // opening the target would empty the source
     }
     std::ofstream out(platform::nativePath(to), std::ios::binary);
     if (!out) {

@@ -434,6 +434,9 @@ TEST_F(ResourceLocationFilesPosixTest, CopyOfAFileThatCannotBeReadFails)
                   "\" failed : could not open source file",
               textOf<IOFailedException>([&] { at("socket").copy(at("new")); }));
     EXPECT_FALSE(fs::exists(native("new")));
+    EXPECT_EQ("Copying \"" + at("socket").getPath('\\', true) + "\" to \"" + at("socket").getPath('\\', true) +
+                  "\" failed : could not open source file",
+              textOf<IOFailedException>([&] { at("socket").copy(at("socket")); }));
 }
 
 TEST_F(ResourceLocationFilesPosixTest, MoveTakesTheLinkItself)

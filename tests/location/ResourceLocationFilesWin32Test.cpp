@@ -12,6 +12,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <cwchar>
 #include <filesystem>
 #include <string>
 #include <vector>
@@ -191,6 +192,19 @@ TEST_F(ResourceLocationFilesWin32Test, CopyOntoAnotherSpellingOfTheSameFileKeeps
     }
 }
 
+TEST_F(ResourceLocationFilesWin32Test, CopyOfAFileThatSomebodyHasForHimselfFails)
+{
+    mScratch.write("f", "content");
+    const platform::win32::Owned<&::CloseHandle> file(
+        ::CreateFileA(text("f").c_str(), GENERIC_READ, 0, nullptr, OPEN_EXISTING, 0, nullptr));
+    ASSERT_TRUE(file);
+    for (const char* name : {"new", "f"}) {
+        EXPECT_EQ("Copying \"" + text("f") + "\" to \"" + text(name) + "\" failed : could not open source file",
+                  textOf<IOFailedException>([&] { at("f").copy(at(name)); }));
+    }
+    EXPECT_FALSE(fs::exists(native("new")));
+}
+
 TEST_F(ResourceLocationFilesWin32Test, NamesOfTheCodePageAreListedAndReached)
 {
     const std::string name = "\xE4\xF6 \xDF.txt";
@@ -224,6 +238,41 @@ TEST_F(ResourceLocationFilesWin32Test, NamesBeyondTheCodePageAreListedButNoFiles
     const TraceCapture trace(Trace::fail);
     EXPECT_EQ(std::vector<std::string>{"plain"}, namesOf(getFilesRecursively(at(""))));
     EXPECT_EQ("|-- What is this: \"" + at("").str() + "\\??.txt\" ?\n", trace.text());
+}
+
+/// A new file whose name is taken as it stands; gone with the handle.
+HANDLE makeFile(const fs::path& folder, const wchar_t* name)
+{
+    const std::wstring path = LR"(\\?\)" + folder.wstring() + L"\\" + name;
+    return ::CreateFileW(path.c_str(), GENERIC_WRITE, 0, nullptr, CREATE_NEW, FILE_FLAG_DELETE_ON_CLOSE, nullptr);
+}
+
+TEST_F(ResourceLocationFilesWin32Test, NamesThatNoOtherCallFindsAreNoFiles)
+{
+    for (const wchar_t* name : {L"point.", L"blank "}) {
+        const platform::win32::Owned<&::CloseHandle> file(makeFile(native("x").parent_path(), name));
+        ASSERT_TRUE(file);
+        const std::string listed(name, name + std::wcslen(name));
+        EXPECT_EQ(std::vector<std::string>{listed}, namesOf(at("").getDirList(false)));
+        const TraceCapture trace(Trace::fail);
+        EXPECT_TRUE(getFilesRecursively(at("")).empty());
+        EXPECT_EQ("|-- What is this: \"" + at("").str() + "\\" + listed + "\" ?\n", trace.text());
+    }
+}
+
+TEST_F(ResourceLocationFilesWin32Test, NameWithALetterThatIsOnlySimilarIsNoFile)
+{
+    char similar[8] = "";
+    if (::WideCharToMultiByte(CP_ACP, 0, L"\x0101", -1, similar, sizeof similar, nullptr, nullptr) == 0 ||
+        std::string(similar) != "a") {
+        GTEST_SKIP() << "the code page " << ::GetACP() << " has the letter, or none that is similar";
+    }
+    const platform::win32::Owned<&::CloseHandle> file(makeFile(native("x").parent_path(), L"\x0101.txt"));
+    ASSERT_TRUE(file);
+    EXPECT_EQ(std::vector<std::string>{"a.txt"}, namesOf(at("").getDirList(false)));
+    const TraceCapture trace(Trace::fail);
+    EXPECT_TRUE(getFilesRecursively(at("")).empty());
+    EXPECT_EQ("|-- What is this: \"" + at("").str() + "\\a.txt\" ?\n", trace.text());
 }
 
 TEST_F(ResourceLocationFilesWin32Test, PathsBeyondTheLimitOfTheSystemAreMissing)

@@ -31,17 +31,6 @@ std::optional<BY_HANDLE_FILE_INFORMATION> identity(const std::string& native)
     return found;
 }
 
-/// What the directory says of an entry. A name that the code page has no letters for comes with question marks, which
-/// no name has: what it stands for must be asked for, and is not found.
-std::optional<EntryKind> kindOf(const WIN32_FIND_DATAA& entry)
-{
-    const bool isLink = (entry.dwFileAttributes & FILE_ATTRIBUTE_REPARSE_POINT) != 0;
-    if (isLink || std::string_view(entry.cFileName).find('?') != std::string_view::npos) {
-        return std::nullopt;
-    }
-    return (entry.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY) != 0 ? EntryKind::directory : EntryKind::file;
-}
-
 } // namespace
 
 EntryKind entryKind(const std::string& path)
@@ -115,7 +104,9 @@ bool listDirectory(const std::string& path, std::vector<DirectoryEntry>& entries
         return false;
     }
     do {
-        entries.push_back({entry.cFileName, kindOf(entry)});
+        // The name may have lost letters, also for others that exist, or have an end that no other call finds: what the
+        // directory says of it would not be true of the name.
+        entries.push_back({entry.cFileName, std::nullopt});
     } while (::FindNextFileA(search.get(), &entry));
     return true;
 }

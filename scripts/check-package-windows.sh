@@ -29,6 +29,8 @@ if [ -z "${WINE:-}" ]; then
         exit 77
     fi
     WINEPREFIX=$wine_prefix
+    trap stop_wine EXIT
+    keep_wine_running
 fi
 drive=$WINEPREFIX/drive_c
 # Under Wine the folders of a user go by the user's name.

@@ -73,6 +73,7 @@ in_wine() (
     export USER=${USER:-somebody}
     export KELVOBASE_APPDATA=${KELVOBASE_APPDATA:-C:\\users\\$USER\\AppData\\Roaming}
     unset DISPLAY WAYLAND_DISPLAY
+    unset TMPDIR # by which programs look for Wine's server
     export WINEPREFIX=$wine_prefix WINEARCH=win32 WINEDEBUG=${WINEDEBUG:--all}
     export WINEDLLOVERRIDES="mscoree,mshtml,winemenubuilder.exe,winedbg.exe="
     if [ -d "$wine_root" ]; then

@@ -104,13 +104,15 @@ add_texts() {
     text "$licenses/README.txt" "$texts/licenses.txt"
     text "$licenses/gcc.txt" "$documents/gcc-mingw-w64-base/copyright"
     text "$licenses/mingw-w64.txt" "$documents/mingw-w64-common/copyright"
-    text "$licenses/xerces-c.txt" "$documents"/libxerces-c3.2*/{copyright,NOTICE}
+    text "$licenses/xerces-c.txt" "$dependencies"/share/xerces-c/{NOTICE,LICENSE}
     text "$licenses/GPL-3.txt" "$common/GPL-3"
-    text "$licenses/Apache-2.0.txt" "$common/Apache-2.0"
     sed -e "s|@VERSION@|$version|" "$texts/README.txt" | text "$stage/README.txt" -
     # Whose sources they are.
-    dpkg-query --show --showformat '${Package} ${Version}, from the source package ${source:Package} ${source:Version}\n' \
-        gcc-mingw-w64-i686-posix-runtime mingw-w64-i686-dev 'libxerces-c3.2*' | text "$licenses/versions.txt" -
+    {
+        dpkg-query --show --showformat '${Package} ${Version}, from the source package ${source:Package} ${source:Version}\n' \
+            gcc-mingw-w64-i686-posix-runtime mingw-w64-i686-dev
+        printf 'xerces-c, from the source package xerces-c %s\n' "$(cat "$dependencies/share/xerces-c/version")"
+    } | text "$licenses/versions.txt" -
 }
 
 build_folder "$work/release" --toolchain "$top/cmake/windows-i686.cmake" -DCMAKE_BUILD_TYPE=Release \

@@ -68,6 +68,10 @@ fi
 CXXFLAGS="\"-ffile-prefix-map=$source=xerces-c\"" for_windows "$source" "$folder/xerces-c" xerces-c \
     -DBUILD_SHARED_LIBS=ON -Dnetwork=OFF -Dtranscoder=windows -Dmessage-loader=inmemory
 cmake -P "$folder/xerces-c/src/cmake_install.cmake" >>"$folder/log"
+# What a package that has it must tell of it.
+mkdir -p "$installed/share/xerces-c"
+cp "$source"/{LICENSE,NOTICE} "$installed/share/xerces-c"
+sed -n 's/^Version: //p' "$folder"/source/xerces-c_*.dsc >"$installed/share/xerces-c/version"
 rm -rf "$folder/apt" "$folder/source" "$folder/xerces-c" "$folder/googletest"
 
 printf '%s\n' "$wanted" >"$stamp"

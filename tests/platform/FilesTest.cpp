@@ -37,15 +37,17 @@ protected:
         return code != 0 ? testing::AssertionSuccess() : testing::AssertionFailure() << "it gives no reason";
     }
 
-    using Entries = std::map<std::string, std::optional<EntryKind>>;
-    /// What a listing gives, without the two names that each directory may show.
+    using Entries = std::map<std::string, EntryKind>;
+    /// What a listing gives, without the two names that each directory may show. A kind that it does not tell is asked
+    /// for.
     Entries entriesOf(const std::string& path) const
     {
         std::vector<DirectoryEntry> entries;
         EXPECT_TRUE(listDirectory(path, entries));
         Entries found;
         for (const DirectoryEntry& entry : entries) {
-            EXPECT_TRUE(found.emplace(entry.name, entry.kind).second) << entry.name << " stands there twice";
+            const EntryKind kind = entry.kind ? *entry.kind : entryKind(path + "\\" + entry.name);
+            EXPECT_TRUE(found.emplace(entry.name, kind).second) << entry.name << " stands there twice";
         }
         found.erase(".");
         found.erase("..");

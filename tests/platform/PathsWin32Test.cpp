@@ -25,6 +25,32 @@ std::string otherDrive()
     return {};
 }
 
+/// A new folder whose path has a length that only calls without a limit take; gone with the object.
+class LongFolder
+{
+public:
+    /// \param length of the path, 100 to 300
+    explicit LongFolder(std::size_t length) : mPath(mScratch.path().string())
+    {
+        const std::size_t upper = (length - mPath.size()) / 2;
+        for (const std::size_t size : {upper, length - mPath.size() - upper}) {
+            mPath += '\\' + std::string(size - 1, 'n');
+            EXPECT_TRUE(::CreateDirectoryW(unlimited().c_str(), nullptr)) << mPath;
+        }
+    }
+    ~LongFolder() { ::RemoveDirectoryW(unlimited().c_str()); }
+    LongFolder(const LongFolder&) = delete;
+    LongFolder& operator=(const LongFolder&) = delete;
+
+    const std::string& path() const { return mPath; }
+
+private:
+    std::wstring unlimited() const { return LR"(\\?\)" + std::filesystem::path(mPath).wstring(); }
+
+    const test::ScratchDirectory mScratch;
+    std::string mPath;
+};
+
 } // namespace
 
 TEST(PathsWin32Test, LibraryPathsAreNativeOnes)
@@ -63,6 +89,19 @@ TEST(PathsWin32Test, PathsMayHaveADriveOfTheirOwn)
     }
     for (const char* path : {R"(C:\a"b)", R"(C:\a:b)", R"(C:\a:\b)", R"(dir\C:)", "C:dir"}) {
         EXPECT_FALSE(isHoldable(path)) << path;
+    }
+}
+
+TEST(PathsWin32Test, LongestWorkingDirectoryThatTheSystemTakesIsGiven)
+{
+    const std::string before = workingDirectory().value().path;
+    for (const std::size_t length : {200, 257, 258}) {
+        const LongFolder folder(length);
+        ASSERT_EQ(length, folder.path().size());
+        ASSERT_TRUE(::SetCurrentDirectoryA(folder.path().c_str())) << length;
+        EXPECT_EQ(folder.path(), workingDirectory().value().path);
+        EXPECT_TRUE(hasWorkingDirectory());
+        ASSERT_TRUE(::SetCurrentDirectoryA(before.c_str()));
     }
 }
 

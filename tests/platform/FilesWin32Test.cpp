@@ -205,6 +205,7 @@ TEST_F(FilesWin32Test, DirectoryTellsNoKinds)
 {
     mScratch.write("f", "x");
     mScratch.write("d/f", "x");
+    ASSERT_EQ(2u, entries().size());
     for (const DirectoryEntry& entry : entries()) {
         EXPECT_EQ(std::nullopt, entry.kind) << entry.name;
     }
